@@ -1,0 +1,78 @@
+#pragma once
+// What the window-free logic asks of windows. frmMain answers it in the GUI,
+// fluxmere-cli on the terminal, and tests replace it with a recorder that scripts
+// the answers.
+#include <QString>
+
+namespace fm {
+
+// Boxes that do not come from the language store (faults, start-up checks).
+enum class SystemBoxKind { CriticalOk, CriticalYesNo, PlainOk };
+
+class UiHost {
+public:
+    virtual ~UiHost() = default;
+
+    // frmMessageBox. icon: 0 error, 1 warning, 2 information (-1 means 0).
+    // mode: 0 yes/no, 1 OK alone, 2 OK/cancel (-1 means 1). True when OK/yes closed it.
+    virtual bool MessBox(const QString &text, const QString &title, int icon, int mode) = 0;
+    // True only for a "yes" on a yes/no box.
+    virtual bool SystemBox(const QString &text, const QString &title, SystemBoxKind kind) = 0;
+
+    // lblPanel1 of frmMain, repainted at once.
+    virtual void SetPanelText(const QString &text) = 0;
+    // Toolbar buttons of frmMain by number (1 to 24).
+    virtual void SetButtonEnabled(int button, bool enabled) = 0;
+    virtual bool ButtonEnabled(int button) const = 0;
+    virtual void SetButtonValue(int button, int value) = 0;
+    // The information panel rewrites itself from the shared state.
+    virtual void UpdateInfo() = 0;
+    // The list of findings was rebuilt; ShowWarnings shows its window without blocking.
+    virtual void WarningsChanged() = 0;
+    virtual void ShowWarnings() = 0;
+    virtual void SetBusy(bool busy) = 0;
+
+    // frmWait: shown, moved on, closed by the transfers that use it.
+    virtual void WaitShow() = 0;
+    virtual void WaitProgress(double fraction, const QString &text) = 0;
+    virtual void WaitHide() = 0;
+    // frmDate: asks for a start date; returns it as an OLE date.
+    virtual double AskDate() = 0;
+
+    // Link lamp (status image 3 to 6) and its text; battery image (0 to 2).
+    virtual void SetCommStatus(int image, const QString &text) = 0;
+    virtual void SetBattImage(int image) = 0;
+    // Lets queued events run once (the one yield of long transfers).
+    virtual void DoEvents() = 0;
+};
+
+// A host that shows nothing and answers every question with "no"; boxes go to stderr.
+class QuietHost : public UiHost {
+public:
+    bool MessBox(const QString &text, const QString &title, int icon, int mode) override;
+    bool SystemBox(const QString &text, const QString &title, SystemBoxKind kind) override;
+    void SetPanelText(const QString &) override {}
+    void SetButtonEnabled(int button, bool enabled) override;
+    bool ButtonEnabled(int button) const override;
+    void SetButtonValue(int, int) override {}
+    void UpdateInfo() override {}
+    void WarningsChanged() override {}
+    void ShowWarnings() override {}
+    void SetBusy(bool) override {}
+    void WaitShow() override {}
+    void WaitProgress(double, const QString &) override {}
+    void WaitHide() override {}
+    double AskDate() override;
+    void SetCommStatus(int, const QString &) override {}
+    void SetBattImage(int) override {}
+    void DoEvents() override {}
+
+private:
+    unsigned buttonsEnabled_ = 0;
+};
+
+UiHost &Host();
+// Installs the host; nullptr goes back to a QuietHost. The caller keeps ownership.
+void SetHost(UiHost *host);
+
+} // namespace fm

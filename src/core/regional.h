@@ -1,0 +1,67 @@
+#pragma once
+// Every date and number text of the application, and every tolerant parse, follow
+// the system's regional settings (QLocale's default, which follows LANG/LC_ALL).
+// Dates in memory are OLE Automation dates: days since 30 December 1899, with the
+// time of day as the fraction (for days before that, the fraction still counts
+// forward from midnight).
+#include <QDateTime>
+#include <QLocale>
+#include <QString>
+#include <QStringView>
+#include <cstdint>
+
+namespace fm {
+
+// ---- Dates -----------------------------------------------------------------
+double DateFromParts(int year, int month, int day, int hour = 0, int minute = 0, int second = 0);
+double DateFromDateTime(const QDateTime &dt);
+// Rounded to the nearest millisecond.
+QDateTime DateToDateTime(double oleDate);
+// Date arithmetic with the interval letters "s", "n", "h", "d", "w", "y", "m", "q"
+// and "ww", "yyyy"; any other interval raises fault 5.
+double DateAdd(const QString &interval, double number, double date);
+bool IsDateInterval(const QString &interval);
+// How many interval boundaries lie between d1 and d2 (d2 - d1), as date arithmetic counts.
+int64_t DateDiff(const QString &interval, double d1, double d2);
+double Now();
+
+// The general date form: short date with a four-digit year, a blank, the long time
+// without time zone; a date at exactly midnight has no time part.
+QString GeneralDate(double date);
+QString ShortDate(double date);  // "ddddd"
+QString LongTime(double date);   // "ttttt"
+// Pattern-free forms the tolerant parser reads back.
+QString ShortDateFormat();  // e.g. "dd/MM/yyyy"
+QString LongTimeFormat();   // e.g. "HH:mm:ss"
+
+// Reads a date the way a user or a log file of either platform writes it: the
+// locale's own form first, then the common Italian, US and ISO forms. Two-digit
+// years 00-29 are 2000-2029, 30-99 are 1930-1999.
+bool ParseDate(QStringView text, double *out);
+inline bool IsDate(QStringView text) { return ParseDate(text, nullptr); }
+
+// ---- Numbers ---------------------------------------------------------------
+QChar DecimalMark();
+// Number patterns: 0 a required digit, # an optional one, . the decimal mark, a
+// backslash makes the next character literal, text in double quotes is literal,
+// anything else stands as it is. Rounds half to even on the shortest decimal text
+// of the value. A minus sign goes right before the first digit.
+QString FormatNumber(double value, QStringView pattern);
+QString FormatNumber(float value, QStringView pattern);
+// Str: a leading blank for a non-negative number, a point as decimal mark.
+QString Str(double value);
+// Rounds to `decimals` places, half to even, on the value's shortest decimal text.
+double RoundHalfEven(double value, int decimals);
+// The leading-number reader: blanks, tabs and line feeds are skipped wherever they
+// stand; a sign, digits, a point and an exponent are taken; reading stops at the
+// first other character; no digits give 0.
+double Val(QStringView text);
+double Val(const char *begin, const char *end);
+// Rounds to a 16-bit integer (half to even), raising fault 6 outside its range.
+int16_t CInt(double value);
+int32_t CLng(double value);
+
+// Invalidates the cached regional forms (after QLocale::setDefault, in tests).
+void RegionalChanged();
+
+} // namespace fm

@@ -1,0 +1,12 @@
+# The language table: every row has a number and a text in both languages.
+file(STRINGS ${TABLE} rows ENCODING UTF-8)
+list(LENGTH rows count)
+if(count LESS 200)
+  message(FATAL_ERROR "language table has only ${count} rows")
+endif()
+foreach(row IN LISTS rows)
+  if(NOT row MATCHES "^[0-9]+\t[^\t]+\t[^\t]+$")
+    message(FATAL_ERROR "malformed language row: ${row}")
+  endif()
+endforeach()
+message(STATUS "${count} language rows")

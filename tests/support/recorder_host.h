@@ -1,0 +1,63 @@
+#pragma once
+// A host that records what the logic asks of windows and answers from a script.
+#include "core/host.h"
+
+#include <QString>
+#include <QStringList>
+#include <deque>
+#include <map>
+#include <vector>
+
+namespace fm::test {
+
+struct Box {
+    QString text, title;
+    int icon = 0, mode = 0;
+    bool system = false;
+};
+
+class RecorderHost : public UiHost {
+public:
+    RecorderHost();
+    ~RecorderHost() override;
+
+    // Answers for the next boxes, in order; once used up, boxes answer `defaultAnswer`.
+    std::deque<bool> answers;
+    bool defaultAnswer = false;
+    std::vector<Box> boxes;
+    QStringList panelTexts;
+    std::map<int, bool> enabled;
+    std::map<int, int> values;
+    int infoUpdates = 0, warningsChanged = 0, warningsShown = 0;
+    double dateAnswer = 0;
+    int dateAsked = 0;
+
+    bool MessBox(const QString &text, const QString &title, int icon, int mode) override;
+    bool SystemBox(const QString &text, const QString &title, SystemBoxKind kind) override;
+    void SetPanelText(const QString &text) override { panelTexts << text; }
+    void SetButtonEnabled(int button, bool on) override { enabled[button] = on; }
+    bool ButtonEnabled(int button) const override;
+    void SetButtonValue(int button, int value) override { values[button] = value; }
+    void UpdateInfo() override { ++infoUpdates; }
+    void WarningsChanged() override { ++warningsChanged; }
+    void ShowWarnings() override { ++warningsShown; }
+    void SetBusy(bool) override {}
+    void WaitShow() override {}
+    void WaitProgress(double, const QString &) override {}
+    void WaitHide() override {}
+    double AskDate() override {
+        ++dateAsked;
+        return dateAnswer;
+    }
+    void SetCommStatus(int, const QString &) override {}
+    void SetBattImage(int) override {}
+    void DoEvents() override {}
+
+    // The text of the last box, or empty.
+    QString LastBox() const { return boxes.empty() ? QString() : boxes.back().text; }
+
+private:
+    bool Answer();
+};
+
+} // namespace fm::test

@@ -1,0 +1,40 @@
+#pragma once
+// Shared helpers of the tests: a fresh state, a scratch folder, a chosen locale.
+#include <QByteArray>
+#include <QLocale>
+#include <QString>
+#include <QTemporaryDir>
+
+namespace fm::test {
+
+// Gives the data set, the options, the shared variables and the warnings their
+// start values, loads the language store in `language` and points the files the
+// application writes to a scratch folder.
+class Fresh {
+public:
+    explicit Fresh(int language = 1);
+    ~Fresh();
+    QString Path(const QString &name) const { return dir_.filePath(name); }
+    const QTemporaryDir &Dir() const { return dir_; }
+
+private:
+    QTemporaryDir dir_;
+};
+
+// Switches the regional settings for the life of the object.
+class ScopedLocale {
+public:
+    explicit ScopedLocale(const QString &name);
+    ~ScopedLocale();
+
+private:
+    QLocale previous_;
+};
+
+void WriteBytes(const QString &path, const QByteArray &bytes);
+QByteArray ReadBytes(const QString &path);
+
+// A log as the writer of `locale`'s machine puts it on disk (CR LF, quoted lines).
+QByteArray LogText(const QStringList &lines);
+
+} // namespace fm::test
