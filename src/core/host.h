@@ -31,6 +31,8 @@ public:
     virtual void WarningsChanged() = 0;
     virtual void ShowWarnings() = 0;
     virtual void SetBusy(bool busy) = 0;
+    // The recent files of the options changed: rebuild the drop-down of button 2.
+    virtual void RecentFilesChanged() = 0;
 
     // frmWait: shown, moved on, closed by the transfers that use it.
     virtual void WaitShow() = 0;
@@ -59,6 +61,7 @@ public:
     void WarningsChanged() override {}
     void ShowWarnings() override {}
     void SetBusy(bool) override {}
+    void RecentFilesChanged() override {}
     void WaitShow() override {}
     void WaitProgress(double, const QString &) override {}
     void WaitHide() override {}

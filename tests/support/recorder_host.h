@@ -28,7 +28,7 @@ public:
     QStringList panelTexts;
     std::map<int, bool> enabled;
     std::map<int, int> values;
-    int infoUpdates = 0, warningsChanged = 0, warningsShown = 0;
+    int recentChanged = 0, infoUpdates = 0, warningsChanged = 0, warningsShown = 0;
     double dateAnswer = 0;
     int dateAsked = 0;
 
@@ -42,6 +42,7 @@ public:
     void WarningsChanged() override { ++warningsChanged; }
     void ShowWarnings() override { ++warningsShown; }
     void SetBusy(bool) override {}
+    void RecentFilesChanged() override { ++recentChanged; }
     void WaitShow() override {}
     void WaitProgress(double, const QString &) override {}
     void WaitHide() override {}

@@ -1,0 +1,87 @@
+#include "analysis/statistics.h"
+
+#include "core/data_set.h"
+#include "core/fault.h"
+#include "realtime/live_record.h"
+
+#include <utility>
+
+namespace fm {
+
+void CalculateStats(const QString &source) {
+    TrapVoid("CalculateStats", [&] {
+        if (source == QLatin1String("Data")) {
+            MeasurementData &d = Data();
+            const int32_t n = d.DataCount;
+            if (n < 1 || d.DataValue.size() < size_t(n) + 1) Raise(err::Subscript);
+            const double *v = d.DataValue.data();
+            // The extremes are single precision: compare and store the value rounded so.
+            float mx = float(v[1]), mn = float(v[1]);
+            double sum = v[1];
+            for (int32_t i = 2; i <= n; ++i) {
+                const float f = float(v[i]);
+                if (f > mx) mx = f;
+                if (f < mn && v[i] > 0) mn = f;
+                sum += v[i];
+            }
+            d.DataMax = mx;
+            d.DataMin = mn;
+            d.DataMean = float(sum / n);
+            return;
+        }
+        LiveRecord &rt = Live();
+        if (rt.RTCount < 1 || rt.RTValue.size() < size_t(rt.RTCount) + 1) Raise(err::Subscript);
+        const double v = rt.RTValue[size_t(rt.RTCount)];
+        if (rt.RTCount == 1) {
+            rt.RTMax = rt.RTMin = rt.RTMean = float(v);
+            return;
+        }
+        if (float(v) > rt.RTMax) rt.RTMax = float(v);
+        if (float(v) < rt.RTMin) rt.RTMin = float(v);
+        // No running sum: the mean is carried through its single-precision field.
+        rt.RTMean = float((double(rt.RTMean) * (rt.RTCount - 1) + v) / rt.RTCount);
+    });
+}
+
+void CalculateMediana() {
+    TrapVoid("CalculateMediana", [] {
+        MeasurementData &d = Data();
+        const int32_t n = d.DataCount;
+        if (n < 1 || d.SortedValue.size() < size_t(n) + 1 || d.SortedIndex.size() < size_t(n) + 1)
+            Raise(err::Subscript);
+        double *val = d.SortedValue.data();
+        int32_t *idx = d.SortedIndex.data();
+        // Shell sort over slotCount 0..n with the gaps 1, 4, 13, 40 ...; equal values keep
+        // their order within one pass, which fixes the order of the value-ordered list.
+        const int64_t slotCount = int64_t(n) + 1;
+        int64_t h = 0;
+        do h = 3 * h + 1;
+        while (h <= slotCount);
+        do {
+            h /= 3;
+            for (int64_t i = h; i <= n; ++i) {
+                const double v = val[i];
+                const int32_t k = idx[i];
+                int64_t j = i;
+                while (j >= h && val[j - h] > v) {
+                    val[j] = val[j - h];
+                    idx[j] = idx[j - h];
+                    j -= h;
+                }
+                val[j] = v;
+                idx[j] = k;
+            }
+        } while (h > 1);
+        const int32_t half = n / 2;
+        auto at = [&](int32_t pos) { return d.DataValue[size_t(idx[pos])]; };
+        if (n % 2) {
+            d.MedianPos = half + 1;
+            d.DataMedian = at(half + 1);
+        } else {
+            d.MedianPos = half;
+            d.DataMedian = (at(half) + at(half + 1)) / 2;
+        }
+    });
+}
+
+} // namespace fm
