@@ -34,9 +34,11 @@ public:
     // The recent files of the options changed: rebuild the drop-down of button 2.
     virtual void RecentFilesChanged() = 0;
 
-    // frmWait: shown, moved on, closed by the transfers that use it.
+    // frmWait: shown, moved on, closed by the transfers that use it. WaitAnimate moves
+    // the block by `step` units, turning back at either end of the frame.
     virtual void WaitShow() = 0;
-    virtual void WaitProgress(double fraction, const QString &text) = 0;
+    virtual void WaitText(const QString &text) = 0;
+    virtual void WaitAnimate(int step) = 0;
     virtual void WaitHide() = 0;
     // frmDate: asks for a start date; returns it as an OLE date.
     virtual double AskDate() = 0;
@@ -63,7 +65,8 @@ public:
     void SetBusy(bool) override {}
     void RecentFilesChanged() override {}
     void WaitShow() override {}
-    void WaitProgress(double, const QString &) override {}
+    void WaitText(const QString &) override {}
+    void WaitAnimate(int) override {}
     void WaitHide() override {}
     double AskDate() override;
     void SetCommStatus(int, const QString &) override {}

@@ -28,7 +28,7 @@ public:
     QStringList panelTexts;
     std::map<int, bool> enabled;
     std::map<int, int> values;
-    int recentChanged = 0, infoUpdates = 0, warningsChanged = 0, warningsShown = 0;
+    int waitShown = 0, waitHidden = 0, recentChanged = 0, infoUpdates = 0, warningsChanged = 0, warningsShown = 0;
     double dateAnswer = 0;
     int dateAsked = 0;
 
@@ -43,9 +43,10 @@ public:
     void ShowWarnings() override { ++warningsShown; }
     void SetBusy(bool) override {}
     void RecentFilesChanged() override { ++recentChanged; }
-    void WaitShow() override {}
-    void WaitProgress(double, const QString &) override {}
-    void WaitHide() override {}
+    void WaitShow() override { ++waitShown; }
+    void WaitText(const QString &) override {}
+    void WaitAnimate(int) override {}
+    void WaitHide() override { ++waitHidden; }
     double AskDate() override {
         ++dateAsked;
         return dateAnswer;

@@ -1,4 +1,145 @@
 #include "shell/widgets/main_entry.h"
+
+#include "core/data_set.h"
+#include "core/fault.h"
+#include "core/language.h"
+#include "core/options.h"
+#include "core/startup.h"
+#include "core/widgets/frm_splash.h"
+#include "files/file_names.h"
+#include "files/log_file.h"
+#include "shell/widgets/frm_main.h"
+#include "shell/widgets/frm_message_box.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMessageBox>
+
+#include <cstdlib>
+
 namespace fm {
-int Main(int, char **) { return 0; }
+namespace {
+// The options are written back only when they were read in this run: a start that
+// stops before that must not replace a good options file with an empty record.
+bool g_optionsRead = false;
+bool g_shutDown = false;
+
+void CriticalBox(const QString &text, const QString &title) {
+    QMessageBox::critical(nullptr, title, text);
 }
+} // namespace
+
+bool StartUp(int splashMs, const QStringList &arguments) {
+    return Trap("Main", false, [&] {
+        InitVariabili();
+        g_optionsRead = false;
+        g_shutDown = false;
+        QElapsedTimer since;  // monotonic: the wait cannot hang across midnight
+        since.start();
+        auto *splash = new frmSplash;
+        splash->show();
+        splash->lblVersion->setText(QStringLiteral("QL540 Version %1.%2.%3")
+                                        .arg(FLUXMERE_VERSION_MAJOR).arg(FLUXMERE_VERSION_MINOR)
+                                        .arg(FLUXMERE_VERSION_REVISION));
+        splash->lblDescription->hide();
+        splash->Message(QStringLiteral("Loading Interface..."));
+        QCoreApplication::processEvents();
+        if (!CheckIntegrity()) {
+            delete splash;
+            ShutDown(nullptr);
+            return false;
+        }
+        splash->Message(QStringLiteral("Reading Options..."));
+        ReadOptions();
+        g_optionsRead = true;
+        if (!InitLibrary(QStringLiteral("Language.dll"))) {
+            delete splash;
+            CriticalBox(QStringLiteral("Error loading the Language library. Cannot proceed."),
+                        QStringLiteral("CRITICAL ERROR"));
+            ShutDown(nullptr);
+            return false;
+        }
+        SetLanguage(Options().Language);
+        splash->Message(QStringLiteral("Init serial port..."));
+        auto *main = new frmMain;
+        SetHost(main);
+        main->mnuSubSubMonitor_Click(int(Options().ComPort) - 1);
+        Shared().HelpFileName = Options().Language != 0 ? QStringLiteral("Fluxmere_en.hlp")
+                                                        : QStringLiteral("Fluxmere_it.hlp");
+        splash->Message(QStringLiteral("Starting Application..."));
+        while (since.elapsed() <= splashMs) QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        delete splash;
+        main->show();
+        switch (Options().MainWindowState) {
+        case 1: main->showMinimized(); break;
+        case 2: main->showMaximized(); break;
+        default: break;
+        }
+        if (Options().ConnectOnStart) main->tbrToolbar_ButtonClick(6);
+        GestioneCommandLine(CommandTail(arguments), [main] { main->OpenRequestedForms(); });
+        return true;
+    });
+}
+
+void ShutDown(QWidget *form) {
+    TrapVoid("ShutDown", [&] {
+        if (g_shutDown) return;
+        g_shutDown = true;
+        SharedState &s = Shared();
+        s.KeepAliveTimer = s.TimeoutTimer = s.LiveTimer = 0;
+        frmMain *main = MainForm();
+        MeasurementData &d = Data();
+        if (d.DataPresent && !d.DataSaved && main && Host().MessBox(ResString(31), {}, -1, 0)) {
+            CommonDialog &dlg = main->dlgFile;
+            dlg = CommonDialog{};
+            dlg.CancelError = true;
+            dlg.DialogTitle = ResString(3003);
+            dlg.Filter = QStringLiteral("Fluxmere Log File (*.log)|*.log|") + ResString(3002) +
+                         QStringLiteral(" (*.*)|*.*");
+            dlg.FilterIndex = 0;
+            const QString last = Options().LastPath.trimmed();
+            dlg.InitDir = last;
+            const QString file = SplitFileName(last, true);
+            dlg.FileName = !file.isEmpty() && QFileInfo(last).isFile() ? file : QString();
+            dlg.Flags = 4;
+            if (dlg.ShowSave(main) && !SaveFile(dlg.FileName)) Host().MessBox(ResString(8), {}, -1, -1);
+        }
+        if (main && g_optionsRead) {
+            const auto state = main->windowState();
+            Options().MainWindowState = state & Qt::WindowMinimized ? 1 : state & Qt::WindowMaximized ? 2 : 0;
+            const int dock = main->DockControl_.DockState(QStringLiteral("frmInfo"));
+            Options().InfoShown = dock != 0;
+            Options().InfoDocked = dock == 1;
+        }
+        // Closing the child windows lets each one clear its open flag.
+        if (main) {
+            main->mdiArea->closeAllSubWindows();
+            if (main->WarningsWindow) main->WarningsWindow->hide();
+        }
+        for (QWidget *w : QApplication::topLevelWidgets())
+            if (w != form && w != main && w->isVisible()) w->close();
+        FreeResLibrary();
+        if (g_optionsRead) SaveOptions();
+        SetHost(nullptr);
+        if (!form) {
+            delete main;
+            std::exit(1);  // only a start that could not go on ends here
+        }
+    });
+}
+
+int Main(int argc, char **argv) {
+    QApplication app(argc, argv);
+    app.setApplicationName(QStringLiteral("Fluxmere"));
+    app.setQuitOnLastWindowClosed(true);
+    if (!StartUp(3000, app.arguments().mid(1))) return 1;
+    const int rc = app.exec();
+    delete MainForm();
+    return rc;
+}
+
+} // namespace fm

@@ -1,0 +1,75 @@
+#include "core/startup.h"
+
+#include "core/app_paths.h"
+#include "core/fault.h"
+#include "core/host.h"
+#include "files/log_file.h"
+
+#include <QFile>
+
+namespace fm {
+
+bool CheckIntegrity() {
+    return Trap("CheckIntegrity", false, [] {
+        const std::pair<const char *, const char *> required[] = {
+            {"Fluxmere_it.hlp", "Italian Help File Not Found"},
+            {"Fluxmere_en.hlp", "English Help Not Found"},
+            {"Language.dll", "Language DLL Not Found"},
+        };
+        for (const auto &[file, message] : required) {
+            if (!QFile::exists(AppDir() + QLatin1Char('/') + QLatin1String(file))) {
+                Host().SystemBox(QString::fromLatin1(message), QStringLiteral("ERROR"), SystemBoxKind::CriticalOk);
+                return false;
+            }
+        }
+        return true;
+    });
+}
+
+QString CommandTail(const QStringList &arguments) {
+    QStringList parts;
+    for (const QString &a : arguments) {
+        const bool blanks = a.contains(QLatin1Char(' ')) || a.contains(QLatin1Char('\t'));
+        parts << (blanks ? QLatin1Char('"') + a + QLatin1Char('"') : a);
+    }
+    return parts.join(QLatin1Char(' '));
+}
+
+QStringList CutCommandTail(const QString &tail) {
+    QStringList tokens;
+    bool open = false, quoted = false;
+    for (const QChar c : tail) {
+        const bool blank = c == QLatin1Char(' ') || c == QLatin1Char('\t');
+        if (blank && !quoted) {
+            open = false;
+            continue;
+        }
+        if (!open) {
+            if (tokens.size() == 10) break;
+            tokens << QString();
+            open = true;
+        }
+        tokens.last() += c;
+        if (c == QLatin1Char('"')) quoted = !quoted;
+    }
+    return tokens;
+}
+
+void GestioneCommandLine(const QString &tail, const std::function<void()> &loaded) {
+    TrapVoid("GestioneCommandLine", [&] {
+        const QStringList tokens = CutCommandTail(tail);
+        for (int i = 0; i + 1 < tokens.size(); i += 2) {
+            if (tokens[i] != QLatin1String("-L")) {
+                Host().SystemBox(QStringLiteral("Parametro sconosciuto in riga di comando"),
+                                 QStringLiteral("Fluxmere"), SystemBoxKind::PlainOk);
+                return;
+            }
+            QString name = tokens[i + 1];
+            if (name.startsWith(QLatin1Char('"'))) name.remove(0, 1);
+            if (name.endsWith(QLatin1Char('"'))) name.chop(1);
+            if (LoadFile(name) && loaded) loaded();
+        }
+    });
+}
+
+} // namespace fm

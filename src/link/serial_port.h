@@ -1,0 +1,57 @@
+#pragma once
+// The logger's serial port with the members the link relies on: a port number, open
+// and closed, raw writes, draining reads, the count of bytes waiting, and an event on
+// the first received byte while RThreshold is 1. 19200 baud, 8N1, no handshake.
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+#include <functional>
+#include <memory>
+
+class QSerialPort;
+
+namespace fm {
+
+inline constexpr int comEvReceive = 2;
+
+class SerialPort : public QObject {
+    Q_OBJECT
+public:
+    SerialPort();
+    ~SerialPort() override;
+
+    int CommPort() const { return commPort_; }
+    void SetCommPort(int port);  // only while closed
+    bool PortOpen() const;
+    // Opening raises a fault when the port cannot be opened.
+    void SetPortOpen(bool open);
+    void Output(const QByteArray &bytes);
+    QByteArray Input();
+    int InBufferCount() const;
+    void ClearInBuffer();
+    void ClearOutBuffer();
+    int RThreshold() const { return rThreshold_; }
+    void SetRThreshold(int threshold);
+    int CommEvent() const { return commEvent_; }
+    // Called from the event loop with CommEvent() set.
+    std::function<void()> OnComm;
+
+    // Waits up to `ms` for bytes to arrive, without letting events run; returns at
+    // once when bytes are there. Waiting happens on the port, not by spinning.
+    void WaitForInput(int ms);
+    // The device "Com n" stands for, or empty when there is none.
+    static QString DevicePath(int port);
+
+private:
+    void Readable();
+    std::unique_ptr<QSerialPort> port_;
+    int commPort_ = 1;
+    int rThreshold_ = 0;
+    int commEvent_ = 0;
+    bool eventPending_ = false;
+};
+
+// The port of the application.
+SerialPort &Seriale();
+
+} // namespace fm

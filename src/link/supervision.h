@@ -1,0 +1,12 @@
+#pragma once
+// The port the user chose and the supervised link on top of it.
+namespace fm {
+// Opens port index + 1 ("Com 1" is index 0); false when it could not be opened.
+bool SelectPort(int index);
+bool InitCommunication();
+void DropCommunication();
+void KeepAlive();
+void TimeoutFunction();
+// Sets MonitorState from the status bits of the settings block.
+void MonitorStateFromSettings();
+} // namespace fm

@@ -1,0 +1,241 @@
+#include "link/transaction.h"
+
+#include "acquisition/upload.h"
+#include "core/data_set.h"
+#include "core/fault.h"
+#include "core/host.h"
+#include "core/language.h"
+#include "link/link_state.h"
+#include "link/packet.h"
+#include "link/serial_port.h"
+#include "link/supervision.h"
+#include "link/timers.h"
+#include "realtime/live_intake.h"
+
+#include <QElapsedTimer>
+#include <QList>
+
+namespace fm {
+namespace {
+constexpr int kSilenceMs = 700;
+constexpr int kSliceMs = 20;  // waits sleep on the port in slices this long
+constexpr int kDrainAt = 10000;
+
+enum class End { Accepted, Failed, Abandoned };
+
+void StatusBusy() { Host().SetCommStatus(6, ResString(3024)); }
+
+bool IsIdle() { return Shared().CurrentCommand == QLatin1String("254"); }
+
+// Fixed reception: until the expected length is there or the line has been silent.
+void CollectFixed(int expected) {
+    SerialPort &port = Seriale();
+    int seen = port.InBufferCount();
+    QElapsedTimer mark;
+    mark.start();
+    while (mark.elapsed() <= kSilenceMs && seen < expected) {
+        port.WaitForInput(int(qMin<qint64>(kSliceMs, kSilenceMs + 1 - mark.elapsed())));
+        if (port.InBufferCount() != seen) {
+            seen = port.InBufferCount();
+            mark.restart();
+        }
+    }
+    RxBuffer() = port.Input();
+    RxLength() = int32_t(RxBuffer().size());
+}
+
+// Bulk reception: drained piece by piece while it arrives, until the line is silent.
+void CollectBulk() {
+    SerialPort &port = Seriale();
+    Host().WaitShow();
+    Host().DoEvents();  // the one yield, so the wait window shows
+    Host().SetBusy(true);
+    QList<QByteArray> chunks;
+    int seen = port.InBufferCount();
+    QElapsedTimer mark, animation;
+    mark.start();
+    animation.start();
+    while (mark.elapsed() <= kSilenceMs) {
+        port.WaitForInput(kSliceMs);
+        if (port.InBufferCount() != seen) {
+            seen = port.InBufferCount();
+            mark.restart();
+        }
+        if (port.InBufferCount() > kDrainAt) {
+            chunks << port.Input();
+            seen = 0;
+        }
+        if (animation.elapsed() >= 100) {
+            Host().WaitAnimate(10);
+            animation.restart();
+        }
+    }
+    chunks << port.Input();
+    RxBuffer() = chunks.size() == 1 ? chunks.first() : chunks.join();
+    RxLength() = int32_t(RxBuffer().size());
+}
+
+void EndUpload() {
+    Host().SetPanelText(QString());
+    Host().WaitHide();
+    Host().SetBusy(false);
+}
+
+bool Finish(End end) {
+    SharedState &s = Shared();
+    s.CurrentCommand = QStringLiteral("254");
+    switch (end) {
+    case End::Accepted:
+        s.FailCount = 0;
+        s.CommOpen = true;
+        Host().SetCommStatus(5, ResString(3027));
+        return true;
+    case End::Abandoned:
+        s.FailCount = 0;
+        Host().SetCommStatus(5, ResString(3027));
+        return false;
+    case End::Failed:
+        ++s.FailCount;
+        if (s.FailCount >= 3) DropCommunication();
+        Seriale().ClearInBuffer();
+        Host().SetCommStatus(4, ResString(3028));
+        return false;
+    }
+    return false;
+}
+
+End Dispatch() {
+    const QByteArray &rx = RxBuffer();
+    const auto byte = [&](int i) { return uint8_t(rx.at(i)); };
+    switch (byte(3)) {
+    case 2: SplitDataReadData(); return End::Accepted;
+    case 0xFF: return End::Failed;
+    case 4:
+        if (RxLength() < 96) return End::Failed;
+        return SplitUploadData() ? End::Accepted : End::Abandoned;
+    case 7: {
+        if (RxLength() != 70) return End::Failed;
+        QString ids;
+        for (int i = 4; i < 68; ++i) ids += QChar(char16_t(byte(i)));
+        Data().SetShortID(ids.left(16).trimmed());
+        Data().SetLongID(ids.mid(16, 48).trimmed());
+        return End::Accepted;
+    }
+    case 10:
+        if (RxLength() < 25) Raise(err::Subscript);
+        for (int i = 0; i <= 18; ++i) Link().MonitorSettings[size_t(i)] = byte(4 + i);
+        return End::Accepted;
+    default: return End::Accepted;
+    }
+}
+} // namespace
+
+LinkState &Link() {
+    static LinkState state;
+    return state;
+}
+
+int GetCommandChars(int command) {
+    switch (command) {
+    case 1: return 10;
+    case 2: return 13;
+    case 3: return 7;
+    case 4: return 0;
+    case 7: return 70;
+    case 9: return 11;
+    case 10: return 25;
+    default: return 7;
+    }
+}
+
+bool ReceiveCommand() {
+    const int expected = GetCommandChars(Shared().CurrentCommand.toInt());
+    bool bulk = expected == 0;
+    const bool ok = Trap("ReceiveCommand", false, [&] {
+        if (bulk) CollectBulk();
+        else CollectFixed(expected);
+        const bool upload = RxLength() >= 4 && uint8_t(RxBuffer().at(3)) == 4;
+        if (!AnalyzePacket()) {
+            if (bulk || upload) EndUpload();
+            bulk = false;
+            return Finish(End::Failed);
+        }
+        const End end = Dispatch();
+        if (upload || bulk) EndUpload();
+        bulk = false;
+        return Finish(end);
+    });
+    // A fault inside leaves the wait window up: take it down.
+    if (bulk) EndUpload();
+    return ok;
+}
+
+bool SendCommand(uint8_t command, bool waitForReply, bool failAsTimeout, int timeoutMs) {
+    return Trap("SendCommand", false, [&] {
+        SerialPort &port = Seriale();
+        SharedState &s = Shared();
+        if (!port.PortOpen()) {
+            Host().MessBox(ResString(17), {}, -1, -1);
+            return false;
+        }
+        if (!s.CommOpen && !InitCommunication()) return false;
+        if (!IsIdle()) {
+            // Dropped, not queued; live polling stops.
+            KillTimer(s.LiveTimer);
+            s.LiveTimer = 0;
+            return false;
+        }
+        StatusBusy();
+        port.ClearOutBuffer();
+        port.ClearInBuffer();
+        CreatePacket(command);
+        const TCommandPacket &p = CommandPacket();
+        port.Output(p.Frame());
+        s.CurrentCommand = QString::number(command);
+        if (waitForReply) {
+            QElapsedTimer waited;
+            waited.start();
+            while (port.InBufferCount() == 0 && waited.elapsed() <= timeoutMs)
+                port.WaitForInput(int(qMin<qint64>(kSliceMs, timeoutMs + 1 - waited.elapsed())));
+            if (port.InBufferCount() == 0) {
+                TimeoutFunction();
+                return false;
+            }
+            if (ReceiveCommand()) {
+                s.CurrentCommand = QStringLiteral("254");
+                s.FailCount = 0;
+                Host().SetCommStatus(5, QStringLiteral("Last Command OK"));
+                return true;
+            }
+            if (failAsTimeout) TimeoutFunction();
+            return false;
+        }
+        if (s.TimeoutTimer > 0) Host().MessBox(QStringLiteral("Sovrapposizione Timer!!"), {}, -1, -1);
+        const int period = command == 2 ? int(timeoutMs * 1.45 + 0.5) : timeoutMs;
+        s.TimeoutTimer = SetTimer(period, [] { TimeoutFunction(); });
+        if (s.TimeoutTimer == 0)
+            Host().MessBox(QStringLiteral("problema con il timer di timeout ") + QString::number(s.TimeoutTimer), {}, -1, -1);
+        port.SetRThreshold(1);
+        return false;
+    });
+}
+
+void SerialeOnComm() {
+    TrapVoid("Seriale_OnComm", [] {
+        SerialPort &port = Seriale();
+        if (port.CommEvent() != comEvReceive) return;
+        SharedState &s = Shared();
+        if (IsIdle()) {
+            port.ClearInBuffer();
+            return;
+        }
+        KillTimer(s.TimeoutTimer);
+        s.TimeoutTimer = 0;
+        port.SetRThreshold(0);
+        ReceiveCommand();
+    });
+}
+
+void InstallLinkHandlers() { Seriale().OnComm = [] { SerialeOnComm(); }; }
+
+} // namespace fm

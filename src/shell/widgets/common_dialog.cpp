@@ -1,0 +1,55 @@
+#include "shell/widgets/common_dialog.h"
+
+#include <QFileDialog>
+#include <QStringList>
+
+namespace fm {
+namespace {
+CommonDialog::Responder &TheResponder() {
+    static CommonDialog::Responder r;
+    return r;
+}
+
+// "Log (*.log)|*.log|All (*.*)|*.*" -> the descriptions Qt shows, which carry their patterns.
+QStringList QtFilters(const QString &filter) {
+    const QStringList parts = filter.split(QLatin1Char('|'));
+    QStringList out;
+    for (int i = 0; i + 1 < parts.size(); i += 2) {
+        QString desc = parts[i];
+        const QString pattern = QString(parts[i + 1]).replace(QLatin1Char(';'), QLatin1Char(' '));
+        if (!desc.contains(QLatin1Char('('))) desc += QStringLiteral(" (%1)").arg(pattern);
+        out << desc;
+    }
+    return out;
+}
+} // namespace
+
+void CommonDialog::SetResponder(Responder responder) { TheResponder() = std::move(responder); }
+
+bool CommonDialog::ShowOpen(QWidget *parent) { return Show(parent, false); }
+bool CommonDialog::ShowSave(QWidget *parent) { return Show(parent, true); }
+
+bool CommonDialog::Show(QWidget *parent, bool save) {
+    if (TheResponder()) {
+        const auto answer = TheResponder()(*this, save);
+        if (!answer) return false;
+        FileName = answer->fileName;
+        FilterIndex = answer->filterIndex;
+        return true;
+    }
+    QFileDialog dlg(parent, DialogTitle, InitDir.trimmed());
+    dlg.setOption(QFileDialog::DontUseNativeDialog, true);
+    dlg.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dlg.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    if (save && !(Flags & 2)) dlg.setOption(QFileDialog::DontConfirmOverwrite, true);
+    const QStringList filters = QtFilters(Filter);
+    dlg.setNameFilters(filters);
+    if (!filters.isEmpty()) dlg.selectNameFilter(filters.value(qMax(FilterIndex, 1) - 1));
+    if (!FileName.isEmpty()) dlg.selectFile(FileName);
+    if (dlg.exec() != QDialog::Accepted || dlg.selectedFiles().isEmpty()) return false;
+    FileName = dlg.selectedFiles().constFirst();
+    FilterIndex = int(filters.indexOf(dlg.selectedNameFilter())) + 1;
+    return true;
+}
+
+} // namespace fm

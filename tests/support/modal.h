@@ -1,0 +1,31 @@
+#pragma once
+// Answers the next modal window from a timer, as a user would: the test says what
+// to do with it once it is up.
+#include <QApplication>
+#include <QDir>
+#include <QTimer>
+#include <QWidget>
+#include <functional>
+#include <memory>
+
+namespace fm::test {
+inline void WhenModal(std::function<void(QWidget *)> act, int tries = 200) {
+    auto left = std::make_shared<int>(tries);
+    auto poll = std::make_shared<std::function<void()>>();
+    *poll = [act, left, poll] {
+        if (QWidget *w = QApplication::activeModalWidget()) {
+            act(w);
+            return;
+        }
+        if (--*left > 0) QTimer::singleShot(10, *poll);
+    };
+    QTimer::singleShot(0, *poll);
+}
+
+// Writes what a window shows to the test output folder, for a person to look at.
+inline void Snapshot(QWidget *w, const QString &name) {
+    const QString dir = qEnvironmentVariable("FLUXMERE_TEST_OUT", QStringLiteral("."));
+    QDir().mkpath(dir);
+    w->grab().save(dir + QLatin1Char('/') + name + QStringLiteral(".png"));
+}
+} // namespace fm::test
