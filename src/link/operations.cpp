@@ -13,15 +13,23 @@
 
 namespace fm {
 
-uint8_t ToBcd(int value) { return uint8_t((value / 10) * 16 + value % 10); }
+int ToBcd(int value) {
+    int out = 0, shift = 0;
+    do {
+        out |= (value % 10) << shift;
+        value /= 10;
+        shift += 4;
+    } while (value > 0);
+    return out;
+}
 int FromBcd(uint8_t byte) { return (byte >> 4) * 10 + (byte & 0x0F); }
 
 std::array<uint8_t, 5> EncodeWireDate(const QDateTime &dt) {
     const int year = dt.date().year();
     if (year < 2012 || year > 2015) Raise(err::InvalidCall, QStringLiteral("Date out of the logger's range"));
     const QTime t = dt.time();
-    return {ToBcd(t.second()), ToBcd(t.minute()), ToBcd(t.hour()),
-            uint8_t(ToBcd(dt.date().day()) + (year - 2012) * 64), ToBcd(dt.date().month())};
+    return {uint8_t(ToBcd(t.second())), uint8_t(ToBcd(t.minute())), uint8_t(ToBcd(t.hour())),
+            uint8_t(ToBcd(dt.date().day()) + (year - 2012) * 64), uint8_t(ToBcd(dt.date().month()))};
 }
 
 bool IsBlankWireDate(const uint8_t *b) { return (b[3] & 0x3F) == 0 && (b[4] & 0x1F) == 0 && (b[3] & 0xC0) == 0; }
@@ -80,7 +88,11 @@ bool StartMonitoraggio(StartProgress &progress, std::optional<QDateTime> now) {
         if (SendCommand(11, true, false, kReplyTimeoutMs)) {
             failed = 1;
             progress.SetState(1);
-            for (int i = 0; i < 10; ++i) p.Data[size_t(i)] = uint8_t(Link().MonitorImage[size_t(i)]);
+            for (int i = 0; i < 10; ++i) {
+                const int16_t v = Link().MonitorImage[size_t(i)];
+                if (v < 0 || v > 0xFF) Raise(err::Overflow);  // a step over 99 or an address past 65535
+                p.Data[size_t(i)] = uint8_t(v);
+            }
             p.DataLength = 10;
             if (SendCommand(12, true, false, kReplyTimeoutMs)) {
                 progress.SetState(2);

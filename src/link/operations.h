@@ -7,7 +7,8 @@
 
 namespace fm {
 
-uint8_t ToBcd(int value);  // 59 -> 0x59
+// The decimal digits read as hexadecimal: 59 -> 0x59, 100 -> 0x100.
+int ToBcd(int value);
 int FromBcd(uint8_t byte);  // 0x59 -> 59
 // The 5-byte date of the wire; years 2012 to 2015 only (fault 5 for others).
 std::array<uint8_t, 5> EncodeWireDate(const QDateTime &date);
