@@ -397,8 +397,18 @@ bool ParseDate(QStringView input, double *out) {
         if (out) *out = double(*t) / double(kDaySeconds);
         return true;
     }
-    // Forms with month names, as the locale writes them.
+    // Forms with month names, as the locale writes them: our general form first.
     const QLocale loc;
+    const QDateTime general = loc.toDateTime(text, Regional().shortDate + QLatin1Char(' ') + Regional().longTime);
+    if (general.isValid()) {
+        if (out) *out = DateFromDateTime(general);
+        return true;
+    }
+    const QDate shortOnly = loc.toDate(text, Regional().shortDate);
+    if (shortOnly.isValid()) {
+        if (out) *out = DateFromParts(shortOnly.year(), shortOnly.month(), shortOnly.day());
+        return true;
+    }
     for (const auto fmt : {QLocale::LongFormat, QLocale::ShortFormat}) {
         const QDateTime dt = loc.toDateTime(text, fmt);
         if (dt.isValid()) {
@@ -436,6 +446,15 @@ QString Str(double value) {
 
 double RoundHalfEven(double value, int decimals) {
     if (!std::isfinite(value)) return value;
+    // Away from a tie the binary product rounds the same as the decimal text does.
+    if (decimals >= 0 && decimals <= 6) {
+        static const double scale[] = {1, 10, 100, 1e3, 1e4, 1e5, 1e6};
+        const double r = value * scale[decimals];
+        if (std::fabs(r) < 1e15) {
+            const double frac = std::fabs(r - std::trunc(r));
+            if (std::fabs(frac - 0.5) > 1e-6) return std::nearbyint(r) / scale[decimals];
+        }
+    }
     Decimal d = ToDecimal(value);
     RoundDecimal(d, decimals);
     std::string s = d.digits;

@@ -75,11 +75,13 @@ frmInfo::frmInfo(QWidget *parent) : QWidget(parent) {
     lblMonitorStatus->setAutoFillBackground(true);
     lblMonitorStatus->setMargin(2);
     m->setColumnStretch(1, 1);
+    m->setRowStretch(2, 1);
 
     auto *lay = new QVBoxLayout(this);
     lay->setContentsMargins(4, 4, 4, 4);
     lay->addWidget(fmeData);
     lay->addWidget(fmeMonitor, 1);
+    setMinimumWidth(290);
     SetUpForm(this);
 }
 

@@ -1,0 +1,226 @@
+#include "files/log_file.h"
+
+#include "analysis/statistics.h"
+#include "analysis/warnings.h"
+#include "core/cp1252.h"
+#include "core/data_set.h"
+#include "core/fault.h"
+#include "core/host.h"
+#include "core/language.h"
+#include "core/options.h"
+#include "core/regional.h"
+#include "files/field_reader.h"
+#include "files/sample_text.h"
+
+#include <QFile>
+#include <QSaveFile>
+#include <cmath>
+
+namespace fm {
+namespace {
+const char kTitle[] = "Field Activity Log";
+const char kMark[] = "-1 -1 -1 0";
+
+QString Text(const std::string &s) { return FromCp1252(s.data(), qsizetype(s.size())); }
+
+double ValOf(const std::string &s) { return Val(s.data(), s.data() + s.size()); }
+
+// Reads the next field or raises "Input past end of file".
+void Read(FieldReader &in, std::string &field) {
+    if (!in.Next(field)) Raise(err::InputPastEnd);
+}
+
+// The panel's progress text, sent only when it changes.
+class Progress {
+public:
+    explicit Progress(int number) : prefix_(ResString(number)) {}
+    void Show(int percent) {
+        if (percent == last_) return;
+        last_ = percent;
+        Host().SetPanelText(prefix_ + QString::number(percent) + QLatin1Char('%'));
+    }
+
+private:
+    QString prefix_;
+    int last_ = -1;
+};
+
+// One sample line: three blank-separated values; a comma counts as a decimal point.
+void ParseSample(std::string &line, float &x, float &y, float &z) {
+    const size_t p1 = line.find(' ');
+    const size_t p2 = p1 == std::string::npos ? p1 : line.find(' ', p1 + 1);
+    const size_t p3 = p2 == std::string::npos ? p2 : line.find(' ', p2 + 1);
+    if (p3 == std::string::npos) Raise(err::InvalidCall, QStringLiteral("Invalid sample line: ") + Text(line));
+    for (size_t i = 0; i < p3; ++i)
+        if (line[i] == ',') line[i] = '.';
+    const char *b = line.data();
+    x = float(Val(b, b + p1));
+    y = float(Val(b + p1, b + p2));
+    z = float(Val(b + p2, b + p3));
+}
+
+bool Load(const QString &fileName) {
+    MeasurementData &d = Data();
+    if (!QFile::exists(fileName)) {
+        Host().MessBox(ResString(21), {}, -1, -1);
+        return false;
+    }
+    if (fileName.right(4) == QLatin1String(".csv")) return OpenCsv(fileName);
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly)) Raise(err::PermissionDenied, file.errorString());
+    FieldReader in(file);
+    std::string field;
+    if (!in.Next(field) || field != kTitle) {
+        Host().MessBox(ResString(22), {}, -1, -1);
+        return false;
+    }
+    Read(in, field);
+    const QString dates = Text(field);
+    double date = 0;
+    if (const int at = int(dates.indexOf(QLatin1Char('@'))); at >= 0) {
+        if (!ParseDate(dates.left(at), &date)) {
+            Host().MessBox(ResString(25), {}, -1, -1);
+            return false;
+        }
+        d.DataStart = date;
+        const QString rest = dates.mid(at + 1);
+        const int at2 = int(rest.indexOf(QLatin1Char('@')));
+        if (!ParseDate(at2 >= 0 ? rest.left(at2) : rest, &date)) {
+            Host().MessBox(ResString(25), {}, -1, -1);
+            return false;
+        }
+        d.DataStop = date;
+        d.DataStopCode = CInt(at2 >= 0 ? Val(rest.mid(at2 + 1)) : 0);
+    } else {
+        if (!ParseDate(dates, &date)) {
+            Host().MessBox(ResString(25), {}, -1, -1);
+            return false;
+        }
+        d.DataStart = date;
+        d.DataStop = StopPlaceholder1();
+        d.DataStopCode = -1;
+    }
+    Read(in, field);
+    const QString stepText = Text(field).trimmed();
+    const double step = Val(stepText);
+    if (!(step > 0)) {
+        Host().MessBox(ResString(24), {}, -1, -1);
+        return false;
+    }
+    d.DataStep = CLng(step);
+    d.DataStepUnit = stepText.right(1);
+    Read(in, field);
+    const double count = ValOf(field);
+    if (!(count > 0)) {
+        Host().MessBox(ResString(25), {}, -1, -1);
+        return false;
+    }
+    const int32_t n = CLng(count);
+    d.DataCount = n;
+    Read(in, field);
+    d.SetShortID(Text(field).trimmed());
+    Read(in, field);
+    d.SetLongID(Text(field).trimmed());
+    d.DataSource = QStringLiteral("File");
+    d.DataFile = fileName;
+    // A sample takes at least four bytes: a count the rest of the file cannot hold
+    // ends here, before memory is taken for it.
+    if (in.Remaining() < qint64(n) * 4) Raise(err::InputPastEnd);
+
+    const size_t slotCount = size_t(n) + 1;
+    d.DataX.assign(slotCount, 0.0f);
+    d.DataY.assign(slotCount, 0.0f);
+    d.DataZ.assign(slotCount, 0.0f);
+    d.DataValue.assign(slotCount, 0.0);
+    d.SortedValue.assign(slotCount, 0.0);
+    d.SortedIndex.assign(slotCount, 0);
+    d.DataDateCount = 0;
+    Progress progress(3030);
+    for (int32_t i = 1; i <= n; ++i) {
+        Read(in, field);
+        if (i == 1 && !IsDateInterval(d.DataStepUnit)) Raise(err::InvalidCall);
+        const size_t k = size_t(i);
+        if (field == kMark) {
+            d.DataX[k] = d.DataY[k] = d.DataZ[k] = -1.0f;
+            d.DataValue[k] = -1.0;
+        } else {
+            float x, y, z;
+            ParseSample(field, x, y, z);
+            d.DataX[k] = x;
+            d.DataY[k] = y;
+            d.DataZ[k] = z;
+            const double v = RoundHalfEven(std::sqrt(double(x) * x + double(y) * y + double(z) * z), 2);
+            d.DataValue[k] = v;
+            d.SortedValue[k] = v;
+            d.SortedIndex[k] = i;
+        }
+        d.DataDateCount = i;
+        if (i % 10 == 0) progress.Show(int(int64_t(i) * 100 / n));
+    }
+    d.DataPresent = true;
+    d.DataSaved = true;
+    d.DataIsCsv = false;
+    Host().SetPanelText(QString());
+    d.DataEnd = DateAdd(d.DataStepUnit, double(n) * d.DataStep, d.DataStart);
+    CalculateStats(QStringLiteral("Data"));
+    CalculateMediana();
+    Host().UpdateInfo();
+    GenerateWarnings();
+    if (Options().ShowWarnings) {
+        Host().ShowWarnings();
+        Host().SetButtonValue(19, 1);
+    }
+    for (int b : {3, 4, 15, 14, 13}) Host().SetButtonEnabled(b, true);
+    return true;
+}
+
+QByteArray Line(const QString &text) { return '"' + ToCp1252(text) + "\"\r\n"; }
+
+bool Save(const QString &fileName) {
+    const MeasurementData &d = Data();
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly)) Raise(err::PathAccess, file.errorString());
+    QByteArray out;
+    out += Line(QString::fromLatin1(kTitle));
+    out += Line(GeneralDate(d.DataStart) + QLatin1Char('@') + GeneralDate(d.DataStop) + QLatin1Char('@') +
+                QString::number(d.DataStopCode));
+    out += Line(QString::number(d.DataStep) + d.DataStepUnit);
+    out += Line(QString::number(d.DataCount));
+    out += Line(d.ShortID.trimmed());
+    out += Line(d.LongID.trimmed());
+    const int32_t n = d.DataCount;
+    if (d.DataX.size() < size_t(n) + 1 || d.DataY.size() < size_t(n) + 1 || d.DataZ.size() < size_t(n) + 1)
+        Raise(err::Subscript);
+    Progress progress(3031);
+    SampleWriter writer;
+    out.reserve(1 << 21);
+    for (int32_t i = 1; i <= n; ++i) {
+        if (i % 10 == 0) progress.Show(int(double(i) / n * 100));
+        writer.Append(out, d.DataX[size_t(i)], d.DataY[size_t(i)], d.DataZ[size_t(i)]);
+        if (out.size() >= (1 << 20)) {
+            if (file.write(out) != out.size()) Raise(err::DeviceIO, file.errorString());
+            out.clear();
+        }
+    }
+    if (file.write(out) != out.size() || !file.commit()) Raise(err::DeviceIO, file.errorString());
+    return true;
+}
+} // namespace
+
+bool LoadFile(const QString &fileName) {
+    Host().SetBusy(true);
+    const bool ok = Trap("LoadFile", false, [&] { return Load(fileName); });
+    Host().SetBusy(false);
+    return ok;
+}
+
+bool SaveFile(const QString &fileName) {
+    if (QFile::exists(fileName) && !Host().MessBox(ResString(26), {}, 1, 0)) return false;
+    if (!Trap("SaveFile", false, [&] { return Save(fileName); })) return false;
+    Data().DataSaved = true;
+    Data().DataFile = fileName;
+    Host().SetPanelText(QString());
+    return true;
+}
+
+} // namespace fm
