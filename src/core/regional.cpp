@@ -504,6 +504,15 @@ double Val(QStringView text) {
     return Val(latin.constData(), latin.constData() + latin.size());
 }
 
+bool ParseNumber(QStringView text, double *out) {
+    const QString t = text.trimmed().toString();
+    bool ok = false;
+    double v = QLocale().toDouble(t, &ok);
+    if (!ok) v = QLocale::c().toDouble(QString(t).replace(QLatin1Char(','), QLatin1Char('.')), &ok);
+    if (ok && out) *out = v;
+    return ok;
+}
+
 int16_t CInt(double value) {
     const double r = std::nearbyint(value);  // the default rounding mode is half to even
     if (!(r >= -32768.0 && r <= 32767.0)) Raise(err::Overflow);

@@ -57,6 +57,9 @@ double RoundHalfEven(double value, int decimals);
 // first other character; no digits give 0.
 double Val(QStringView text);
 double Val(const char *begin, const char *end);
+// A number a user typed: in the regional form first, then with a point or a comma
+// as decimal mark. False when the text is not a number.
+bool ParseNumber(QStringView text, double *out);
 // Rounds to a 16-bit integer (half to even), raising fault 6 outside its range.
 int16_t CInt(double value);
 int32_t CLng(double value);

@@ -1,1 +1,103 @@
-int main() { return 0; }
+// fluxmere-cli: the measurement studies of Fluxmere without a window, for technicians
+// who process many files and for scripts.
+#include "commands.h"
+#include "console_host.h"
+#include "core/app_paths.h"
+#include "core/data_set.h"
+#include "core/language.h"
+#include "core/options.h"
+#include "core/regional.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <cstdio>
+
+using namespace fm;
+
+namespace {
+const char kUsageText[] =
+    "Usage: fluxmere-cli [options] COMMAND [arguments]\n"
+    "\n"
+    "Commands:\n"
+    "  info FILE            what the information panel and the warnings show\n"
+    "  info --json FILE     the same as one JSON object\n"
+    "  convert IN OUT       load a log and save it again\n"
+    "\n"
+    "Options:\n"
+    "  --options FILE       the options file to read (never written)\n"
+    "  --threshold X        the field threshold in µT for the warnings\n"
+    "  --lang it|en         the language of the texts\n"
+    "  --yes                answer yes to questions (e.g. replacing a file)\n"
+    "  --help               this text\n";
+
+int Usage(const char *problem) {
+    if (problem) std::fprintf(stderr, "fluxmere-cli: %s\n", problem);
+    std::fputs(kUsageText, stderr);
+    return cli::kUsage;
+}
+} // namespace
+
+int main(int argc, char **argv) {
+    QCoreApplication app(argc, argv);
+    QStringList args = app.arguments().mid(1);
+    QString optionsFile, lang, threshold;
+    bool yes = false;
+    QStringList rest;
+    for (int i = 0; i < args.size(); ++i) {
+        const QString &a = args[i];
+        const auto value = [&](QString &into) {
+            if (i + 1 >= args.size()) return false;
+            into = args[++i];
+            return true;
+        };
+        if (a == QLatin1String("--help") || a == QLatin1String("-h")) {
+            std::fputs(kUsageText, stdout);
+            return cli::kOk;
+        } else if (a == QLatin1String("--yes")) {
+            yes = true;
+        } else if (a == QLatin1String("--options")) {
+            if (!value(optionsFile)) return Usage("--options needs a file");
+        } else if (a == QLatin1String("--lang")) {
+            if (!value(lang) || (lang != QLatin1String("it") && lang != QLatin1String("en")))
+                return Usage("--lang takes it or en");
+        } else if (a == QLatin1String("--threshold")) {
+            if (!value(threshold)) return Usage("--threshold needs a number");
+        } else {
+            rest << a;
+        }
+    }
+    cli::ConsoleHost host(yes);
+    SetHost(&host);
+    InitVariabili();
+    if (!optionsFile.isEmpty()) SetWritableDir(QFileInfo(optionsFile).absolutePath());
+    // The options are read like the GUI reads them, and never written back.
+    if (!optionsFile.isEmpty() && QFileInfo(optionsFile).fileName() != QLatin1String("Fluxmere.ini")) {
+        QFile f(optionsFile);
+        Options() = f.open(QIODevice::ReadOnly) ? OptionsRecord::FromBytes(f.read(kOptionsRecordSize))
+                                                : OptionsRecord::Defaults();
+    } else {
+        ReadOptions();
+    }
+    if (!InitLibrary(QStringLiteral("Language.dll"))) {
+        std::fprintf(stderr, "CRITICAL ERROR: Error loading the Language library. Cannot proceed.\n");
+        return cli::kNoLanguage;
+    }
+    SetLanguage(lang.isEmpty() ? Options().Language : lang == QLatin1String("en") ? 1 : 0);
+    if (!threshold.isEmpty()) {
+        double t = 0;
+        if (!ParseNumber(threshold, &t)) return Usage("--threshold needs a number");
+        Options().Soglia = float(t);
+    }
+    if (rest.isEmpty()) return Usage("no command given");
+    const QString cmd = rest.takeFirst();
+    if (cmd == QLatin1String("info")) {
+        const bool json = rest.removeAll(QStringLiteral("--json")) > 0;
+        if (rest.size() != 1) return Usage("info takes one file");
+        return cli::Info(rest[0], json);
+    }
+    if (cmd == QLatin1String("convert")) {
+        if (rest.size() != 2) return Usage("convert takes an input and an output file");
+        return cli::Convert(rest[0], rest[1]);
+    }
+    return Usage(qPrintable(QStringLiteral("unknown command '%1'").arg(cmd)));
+}

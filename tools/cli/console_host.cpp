@@ -1,0 +1,34 @@
+#include "console_host.h"
+
+#include "core/language.h"
+#include "core/regional.h"
+
+#include <QCoreApplication>
+#include <cstdio>
+
+namespace fm::cli {
+
+bool ConsoleHost::MessBox(const QString &text, const QString &title, int icon, int mode) {
+    if (icon == -1) icon = 0;
+    if (mode == -1) mode = 1;
+    const QString heading = title.isEmpty() ? ResString(2 + qBound(0, icon, 2)) : title;
+    QString body = text;
+    body.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    std::fprintf(stderr, "%s: %s\n", qPrintable(heading), qPrintable(body));
+    // A question is answered by --yes; a plain notice counts as acknowledged.
+    return mode == 1 ? true : yes_;
+}
+
+bool ConsoleHost::SystemBox(const QString &text, const QString &title, SystemBoxKind kind) {
+    QString body = text.trimmed();
+    body.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    std::fprintf(stderr, "%s: %s\n", qPrintable(title), qPrintable(body));
+    return kind == SystemBoxKind::CriticalYesNo && yes_;
+}
+
+// Without a window there is nobody to ask: the logger's missing start date stays blank.
+double ConsoleHost::AskDate() { return DateFromParts(2001, 1, 1); }
+
+void ConsoleHost::DoEvents() { QCoreApplication::processEvents(); }
+
+} // namespace fm::cli

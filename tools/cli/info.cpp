@@ -1,0 +1,92 @@
+#include "analysis/warnings.h"
+#include "commands.h"
+#include "core/data_set.h"
+#include "core/language.h"
+#include "core/regional.h"
+#include "files/log_file.h"
+#include "shell/info_model.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <charconv>
+#include <cstdio>
+
+namespace fm::cli {
+namespace {
+// 0.2f as 0.2: the single-precision value by its own shortest text.
+double Exact(float v) {
+    char buf[32];
+    const auto r = std::to_chars(buf, buf + sizeof buf, v);
+    double d = 0;
+    std::from_chars(buf, r.ptr, d);
+    return d;
+}
+
+QString Iso(double date) { return DateToDateTime(date).toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss")); }
+
+void Print(const QString &text) { std::fputs(qPrintable(text + QLatin1Char('\n')), stdout); }
+
+void PrintPanel() {
+    const InfoTexts t = BuildInfo();
+    const auto row = [](int caption, const QString &value) { Print(ResString(caption) + QStringLiteral(": ") + value); };
+    row(4030, t.source);
+    row(4031, t.count);
+    row(4032, t.step);
+    row(4033, t.start);
+    row(4034, t.stop);
+    row(3044, t.values[0]);
+    row(3045, t.values[1]);
+    row(3046, t.values[2]);
+    row(3051, t.values[3]);
+    row(4025, t.shortId.trimmed());
+    row(4026, t.longId.trimmed());
+    row(4035, t.commText);
+    row(4036, t.monitorText);
+    Print(QString());
+    Print(ResString(4089));
+    for (const WarningLine &w : Warnings()) Print((w.level >= 3 ? QStringLiteral("[!] ") : QStringLiteral("[i] ")) + w.text);
+}
+
+void PrintJson() {
+    const MeasurementData &d = Data();
+    QJsonArray warnings;
+    for (const WarningLine &w : Warnings()) warnings.append(QJsonObject{{"text", w.text}, {"level", w.level}});
+    const QJsonObject o{
+        {"DataSource", d.DataSource},
+        {"DataCount", d.DataCount},
+        {"DataStep", d.DataStep},
+        {"DataStepUnit", d.DataStepUnit},
+        {"DataStart", Iso(d.DataStart)},
+        {"DataStop", Iso(d.DataStop)},
+        {"DataEnd", Iso(d.DataEnd)},
+        {"DataStopCode", d.DataStopCode},
+        {"ShortID", d.ShortID.trimmed()},
+        {"LongID", d.LongID.trimmed()},
+        {"DataMin", Exact(d.DataMin)},
+        {"DataMax", Exact(d.DataMax)},
+        {"DataMean", Exact(d.DataMean)},
+        {"DataMedian", d.DataMedian},
+        {"MedianPos", d.MedianPos},
+        {"warnings", warnings},
+    };
+    std::fputs(QJsonDocument(o).toJson(QJsonDocument::Indented).constData(), stdout);
+}
+} // namespace
+
+int Info(const QString &file, bool json) {
+    if (!LoadFile(file)) return kFailed;
+    if (json) PrintJson();
+    else PrintPanel();
+    return kOk;
+}
+
+int Convert(const QString &in, const QString &out) {
+    if (!LoadFile(in)) return kFailed;
+    if (!SaveFile(out)) {
+        std::fprintf(stderr, "%s\n", qPrintable(ResString(8)));
+        return kFailed;
+    }
+    return kOk;
+}
+} // namespace fm::cli
