@@ -1,0 +1,190 @@
+// Loading and saving "Field Activity Log" files, their round trips under two
+// regional settings, and what each kind of bad file leaves behind.
+#include "analysis/warnings.h"
+#include "core/data_set.h"
+#include "core/language.h"
+#include "core/regional.h"
+#include "files/log_file.h"
+#include "support/recorder_host.h"
+#include "support/test_env.h"
+
+#include <QFile>
+#include <QDir>
+#include <QFileDevice>
+#include <QFileInfo>
+#include <gtest/gtest.h>
+
+using namespace fm;
+using test::LogText;
+
+namespace {
+QStringList Header(const QString &dates, const QString &step, const QString &count) {
+    return {"Field Activity Log", dates, step, count, "SHORT", "Long code"};
+}
+
+QByteArray Log(const QStringList &samples, const QString &count = {}) {
+    return LogText(Header("14/10/2026 08:00:00@14/10/2026 08:05:00@3", "1n",
+                          count.isEmpty() ? QString::number(samples.size()) : count) + samples);
+}
+
+class LogFileTest : public ::testing::Test {
+protected:
+    test::Fresh fresh;
+    test::RecorderHost host;
+    QString Write(const QByteArray &bytes, const QString &name = QStringLiteral("in.log")) {
+        const QString path = fresh.Path(name);
+        test::WriteBytes(path, bytes);
+        return path;
+    }
+};
+} // namespace
+
+TEST_F(LogFileTest, LoadsSamplesDatesAndFigures) {
+    ASSERT_TRUE(LoadFile(Write(Log({"0.30 0.40 0.00  0", "-1 -1 -1 0", "1,00 0,00 0,00  0"}))));
+    const MeasurementData &d = Data();
+    EXPECT_TRUE(d.DataPresent);
+    EXPECT_TRUE(d.DataSaved);
+    EXPECT_EQ(d.DataSource, QStringLiteral("File"));
+    EXPECT_EQ(d.DataCount, 3);
+    EXPECT_EQ(d.DataStart, DateFromParts(2026, 10, 14, 8, 0, 0));
+    EXPECT_EQ(d.DataStop, DateFromParts(2026, 10, 14, 8, 5, 0));
+    EXPECT_EQ(d.DataEnd, DateFromParts(2026, 10, 14, 8, 3, 0));
+    EXPECT_EQ(d.DataStopCode, 3);
+    EXPECT_EQ(d.ShortID, QStringLiteral("SHORT").leftJustified(16));
+    EXPECT_DOUBLE_EQ(d.DataValue[1], 0.5);
+    EXPECT_EQ(d.DataValue[2], -1.0);  // the mark of a sample without data
+    EXPECT_EQ(d.SortedIndex[1], 0);   // not seeded: it sorts first, as a value of 0
+    EXPECT_EQ(d.SortedValue[1], 0.0);
+    EXPECT_DOUBLE_EQ(d.DataValue[3], 1.0);  // decimal comma read as a point
+    EXPECT_EQ(d.DataDate(1), GeneralDate(d.DataStart));
+    EXPECT_EQ(d.DataDate(3), GeneralDate(DateFromParts(2026, 10, 14, 8, 2, 0)));
+    EXPECT_FLOAT_EQ(d.DataMax, 1.0f);
+    EXPECT_FLOAT_EQ(d.DataMin, 0.5f);
+    EXPECT_EQ(host.infoUpdates, 1);
+    EXPECT_FALSE(Warnings().empty());
+    EXPECT_EQ(host.warningsShown, 1);
+    for (int b : {3, 4, 13, 14, 15}) EXPECT_TRUE(host.enabled[b]);
+    EXPECT_EQ(host.panelTexts.back(), QString());
+}
+
+TEST_F(LogFileTest, OldFormsAndTolerantFields) {
+    // A single date, an hourly step whose number stops at the letter, a count of one.
+    ASSERT_TRUE(LoadFile(Write(LogText({"Field Activity Log", "13/02/2025", "1h", "1", "", "", "1.5 2.5 3.5 ",
+                                        "extra line"}))));
+    EXPECT_EQ(Data().DataStop, StopPlaceholder1());
+    EXPECT_EQ(Data().DataStopCode, -1);
+    EXPECT_EQ(Data().DataStepUnit, QStringLiteral("h"));
+    EXPECT_EQ(Data().DataX.size(), 2u);
+    EXPECT_FLOAT_EQ(Data().DataZ[1], 3.5f);
+    // No stop line and no stop date line for the old form.
+    for (const WarningLine &w : Warnings()) EXPECT_NE(w.text, ResString(4200));
+    EXPECT_EQ(Data().DataEnd, DateFromParts(2025, 2, 13, 1, 0, 0));
+}
+
+TEST_F(LogFileTest, RoundTripsUnderBothRegionalSettings) {
+    for (const char *locale : {"it_IT", "en_US"}) {
+        test::ScopedLocale loc(QString::fromLatin1(locale));
+        ASSERT_TRUE(LoadFile(Write(Log({"0.12 -3.40 5.00  0", "-1 -1 -1 0", "0.01 0.02 0.03  0"}))));
+        const QString out = fresh.Path(QStringLiteral("out.log"));
+        QFile::remove(out);
+        ASSERT_TRUE(SaveFile(out));
+        const QByteArray saved = test::ReadBytes(out);
+        QByteArray line("\"0.12 -3.40 5.00  0\"\r\n");
+        line.replace('.', DecimalMark().toLatin1());
+        EXPECT_TRUE(saved.contains(line)) << saved.constData();
+        EXPECT_TRUE(saved.contains("\"-1 -1 -1 0\"\r\n"));
+        EXPECT_TRUE(saved.startsWith("\"Field Activity Log\"\r\n"));
+        EXPECT_TRUE(saved.endsWith("0.03  0\"\r\n") || saved.endsWith("0,03  0\"\r\n"));
+        const MeasurementData before = Data();
+        ASSERT_TRUE(LoadFile(out));
+        EXPECT_EQ(Data().DataStart, before.DataStart);
+        EXPECT_EQ(Data().DataStop, before.DataStop);
+        EXPECT_EQ(Data().DataX, before.DataX);
+        EXPECT_EQ(Data().DataValue, before.DataValue);
+        EXPECT_EQ(Data().DataFile, out);
+    }
+}
+
+TEST_F(LogFileTest, RefusedFilesLeaveTheDataSetAsTheyFoundIt) {
+    ASSERT_TRUE(LoadFile(Write(Log({"1.00 1.00 1.00  0"}), QStringLiteral("good.log"))));
+    const double start = Data().DataStart;
+    struct Case {
+        QByteArray bytes;
+        int message;
+    };
+    const Case cases[] = {
+        {LogText({"FIELD ACTIVITY LOG", "14/10/2026", "1n", "1"}), 22},
+        {LogText(Header("not a date@14/10/2026@3", "1n", "1")), 25},
+        {LogText(Header("14/10/2026", "0n", "1")), 24},
+        {LogText(Header("14/10/2026", "5s", "-3")), 25},
+    };
+    for (const Case &c : cases) {
+        host.boxes.clear();
+        EXPECT_FALSE(LoadFile(Write(c.bytes)));
+        ASSERT_EQ(host.boxes.size(), 1u);
+        EXPECT_EQ(host.boxes[0].text, ResString(c.message));
+    }
+    host.boxes.clear();
+    EXPECT_FALSE(LoadFile(fresh.Path(QStringLiteral("missing.log"))));
+    EXPECT_EQ(host.LastBox(), ResString(21));
+    EXPECT_FALSE(LoadFile(Write("a;b;c\r\n", QStringLiteral("upper.LOG.CSV"))));
+    EXPECT_EQ(host.LastBox(), ResString(22));
+    // The step was read before the count failed; the samples of the good file stay.
+    EXPECT_EQ(Data().DataStep, 5);
+    EXPECT_EQ(Data().DataStart, DateFromParts(2026, 10, 14));
+    EXPECT_NE(Data().DataStart, start);
+    EXPECT_TRUE(Data().DataPresent);
+    EXPECT_EQ(Data().DataCount, 1);
+}
+
+TEST_F(LogFileTest, BrokenSampleSectionsAreReportedAsFaults) {
+    const QByteArray broken[] = {
+        Log({"1.00 1.00 1.00  0"}, QStringLiteral("3")),   // ends before its count
+        Log({"1.00 1.00"}),                                 // too few blanks
+        LogText(Header("14/10/2026", "10x", "1") << "1 1 1 0"),  // no such unit
+    };
+    for (const QByteArray &bytes : broken) {
+        host.boxes.clear();
+        Data().DataPresent = false;
+        EXPECT_FALSE(LoadFile(Write(bytes)));
+        ASSERT_EQ(host.boxes.size(), 1u);
+        EXPECT_TRUE(host.boxes[0].system);
+        EXPECT_TRUE(host.boxes[0].text.contains(QStringLiteral("Error Raised by  : LoadFile")));
+        EXPECT_FALSE(Data().DataPresent);
+    }
+    // A count far beyond what the file holds is refused before memory is taken.
+    EXPECT_FALSE(LoadFile(Write(Log({"1 1 1 0"}, QStringLiteral("2000000000")))));
+    EXPECT_TRUE(host.LastBox().contains(QStringLiteral("Input past end of file")));
+}
+
+TEST_F(LogFileTest, SaveAsksBeforeReplacingAndKeepsTheOldFileOnFailure) {
+    ASSERT_TRUE(LoadFile(Write(Log({"1.00 2.00 3.00  0"}))));
+    const QString target = fresh.Path(QStringLiteral("existing.log"));
+    test::WriteBytes(target, "previous");
+    host.answers = {false};
+    EXPECT_FALSE(SaveFile(target));
+    EXPECT_EQ(host.LastBox(), ResString(26));
+    EXPECT_EQ(test::ReadBytes(target), QByteArray("previous"));
+
+    // A folder that cannot be written: the old file stays whole, DataSaved keeps its value.
+    const QString dir = fresh.Path(QStringLiteral("locked"));
+    QDir().mkpath(dir);
+    const QString locked = dir + QStringLiteral("/data.log");
+    test::WriteBytes(locked, "previous");
+    QFile::setPermissions(dir, QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+    Data().DataSaved = false;
+    host.answers = {true};
+    const bool root = QFileInfo(dir).isWritable();  // root writes anywhere
+    if (!root) {
+        EXPECT_FALSE(SaveFile(locked));
+        EXPECT_FALSE(Data().DataSaved);
+        EXPECT_TRUE(host.LastBox().contains(QStringLiteral("SaveFile")));
+    }
+    EXPECT_EQ(test::ReadBytes(locked), QByteArray("previous"));
+    QFile::setPermissions(dir, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+
+    host.answers = {true};
+    ASSERT_TRUE(SaveFile(target));
+    EXPECT_TRUE(Data().DataSaved);
+    EXPECT_TRUE(test::ReadBytes(target).startsWith("\"Field Activity Log\""));
+}
