@@ -3,10 +3,10 @@
 #include "core/app_paths.h"
 #include "core/cp1252.h"
 #include "core/fault.h"
+#include "core/safe_file.h"
 
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 #include <QtEndian>
 #include <cstring>
 
@@ -181,10 +181,10 @@ void ReadOptions() {
 
 void SaveOptions() {
     TrapVoid("SaveOptions", [] {
-        QSaveFile file(OptionsPath());
-        if (!file.open(QIODevice::WriteOnly)) Raise(err::PathAccess, file.errorString());
-        file.write(Options().ToBytes());
-        if (!file.commit()) Raise(err::PathAccess, file.errorString());
+        SafeFile file(OptionsPath());
+        file.Open();
+        file.Write(Options().ToBytes());
+        file.Commit();
     });
 }
 

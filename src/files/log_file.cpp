@@ -9,11 +9,11 @@
 #include "core/language.h"
 #include "core/options.h"
 #include "core/regional.h"
+#include "core/safe_file.h"
 #include "files/field_reader.h"
 #include "files/sample_text.h"
 
 #include <QFile>
-#include <QSaveFile>
 #include <cmath>
 
 namespace fm {
@@ -178,8 +178,8 @@ QByteArray Line(const QString &text) { return '"' + ToCp1252(text) + "\"\r\n"; }
 
 bool Save(const QString &fileName) {
     const MeasurementData &d = Data();
-    QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly)) Raise(err::PathAccess, file.errorString());
+    SafeFile file(fileName);
+    file.Open();
     QByteArray out;
     out += Line(QString::fromLatin1(kTitle));
     out += Line(GeneralDate(d.DataStart) + QLatin1Char('@') + GeneralDate(d.DataStop) + QLatin1Char('@') +
@@ -198,11 +198,12 @@ bool Save(const QString &fileName) {
         if (i % 10 == 0) progress.Show(int(double(i) / n * 100));
         writer.Append(out, d.DataX[size_t(i)], d.DataY[size_t(i)], d.DataZ[size_t(i)]);
         if (out.size() >= (1 << 20)) {
-            if (file.write(out) != out.size()) Raise(err::DeviceIO, file.errorString());
+            file.Write(out);
             out.clear();
         }
     }
-    if (file.write(out) != out.size() || !file.commit()) Raise(err::DeviceIO, file.errorString());
+    file.Write(out);
+    file.Commit();
     return true;
 }
 } // namespace

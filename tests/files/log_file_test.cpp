@@ -166,22 +166,16 @@ TEST_F(LogFileTest, SaveAsksBeforeReplacingAndKeepsTheOldFileOnFailure) {
     EXPECT_EQ(host.LastBox(), ResString(26));
     EXPECT_EQ(test::ReadBytes(target), QByteArray("previous"));
 
-    // A folder that cannot be written: the old file stays whole, DataSaved keeps its value.
-    const QString dir = fresh.Path(QStringLiteral("locked"));
-    QDir().mkpath(dir);
-    const QString locked = dir + QStringLiteral("/data.log");
-    test::WriteBytes(locked, "previous");
-    QFile::setPermissions(dir, QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+    // A save that fails halfway: the old file stays whole, DataSaved keeps its value.
     Data().DataSaved = false;
     host.answers = {true};
-    const bool root = QFileInfo(dir).isWritable();  // root writes anywhere
-    if (!root) {
-        EXPECT_FALSE(SaveFile(locked));
-        EXPECT_FALSE(Data().DataSaved);
-        EXPECT_TRUE(host.LastBox().contains(QStringLiteral("SaveFile")));
+    {
+        test::FileSizeLimit limit(40);
+        EXPECT_FALSE(SaveFile(target));
     }
-    EXPECT_EQ(test::ReadBytes(locked), QByteArray("previous"));
-    QFile::setPermissions(dir, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    EXPECT_FALSE(Data().DataSaved);
+    EXPECT_TRUE(host.LastBox().contains(QStringLiteral("Error Raised by  : SaveFile")));
+    EXPECT_EQ(test::ReadBytes(target), QByteArray("previous"));
 
     host.answers = {true};
     ASSERT_TRUE(SaveFile(target));

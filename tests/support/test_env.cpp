@@ -8,6 +8,8 @@
 #include "core/regional.h"
 
 #include <QFile>
+#include <csignal>
+#include <sys/resource.h>
 
 namespace fm::test {
 
@@ -34,6 +36,22 @@ ScopedLocale::ScopedLocale(const QString &name) : previous_(QLocale()) {
 ScopedLocale::~ScopedLocale() {
     QLocale::setDefault(previous_);
     RegionalChanged();
+}
+
+FileSizeLimit::FileSizeLimit(long long bytes) {
+    std::signal(SIGXFSZ, SIG_IGN);  // the write then fails with EFBIG instead
+    rlimit r{};
+    getrlimit(RLIMIT_FSIZE, &r);
+    previous_ = (long long)r.rlim_cur;
+    r.rlim_cur = rlim_t(bytes);
+    setrlimit(RLIMIT_FSIZE, &r);
+}
+
+FileSizeLimit::~FileSizeLimit() {
+    rlimit r{};
+    getrlimit(RLIMIT_FSIZE, &r);
+    r.rlim_cur = rlim_t(previous_);
+    setrlimit(RLIMIT_FSIZE, &r);
 }
 
 void WriteBytes(const QString &path, const QByteArray &bytes) {

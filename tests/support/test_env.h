@@ -31,6 +31,17 @@ private:
     QLocale previous_;
 };
 
+// Makes every write past `bytes` fail, even for root, for the life of the object:
+// a way to make a save fail halfway.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(long long bytes);
+    ~FileSizeLimit();
+
+private:
+    long long previous_ = -1;
+};
+
 void WriteBytes(const QString &path, const QByteArray &bytes);
 QByteArray ReadBytes(const QString &path);
 
