@@ -3,9 +3,19 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
+// The pictures live in the static library: register them on first use.
+static void InitIconResources() {
+    static const bool done = [] {
+        Q_INIT_RESOURCE(icons);
+        return true;
+    }();
+    Q_UNUSED(done);
+}
+
 namespace fm {
 namespace {
 QPixmap Render(const QString &path, QSize size) {
+    InitIconResources();
     QSvgRenderer svg(path);
     QPixmap pm(size);
     pm.fill(Qt::transparent);
@@ -17,7 +27,10 @@ QPixmap Render(const QString &path, QSize size) {
 }
 } // namespace
 
-QIcon ToolbarImage(int index) { return QIcon(QStringLiteral(":/icons/toolbar/%1.svg").arg(index)); }
+QIcon ToolbarImage(int index) {
+    InitIconResources();
+    return QIcon(QStringLiteral(":/icons/toolbar/%1.svg").arg(index));
+}
 
 QPixmap StatusImage(int index, int px) {
     return Render(QStringLiteral(":/icons/status/%1.svg").arg(index), QSize(px, px));

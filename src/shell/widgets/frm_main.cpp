@@ -244,6 +244,8 @@ void frmMain::SetUpStatusBar() {
     pctCommStatus = panel(imgCommStatus, lblCommStatus, "pctCommStatus");
     lblCommStatus->setObjectName(QStringLiteral("lblCommStatus"));
     pctBattStatus = panel(imgBattStatus, lblBattStatus, "pctBattStatus");
+    lblCommStatus->setMinimumWidth(170);
+    lblBattStatus->setMinimumWidth(90);
     statusBar()->addPermanentWidget(pctCommStatus);
     statusBar()->addPermanentWidget(pctBattStatus);
     imgCommStatus->setPixmap(StatusImage(3));
