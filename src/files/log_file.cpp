@@ -102,8 +102,9 @@ bool Load(const QString &fileName) {
     }
     Read(in, field);
     const QString stepText = Text(field).trimmed();
+    // Checked as the whole number it becomes: a step or count of 0.3 is no step or count.
     const double step = Val(stepText);
-    if (!(step > 0)) {
+    if (!(step > 0) || std::nearbyint(step) < 1) {
         Host().MessBox(ResString(24), {}, -1, -1);
         return false;
     }
@@ -111,7 +112,7 @@ bool Load(const QString &fileName) {
     d.DataStepUnit = stepText.right(1);
     Read(in, field);
     const double count = ValOf(field);
-    if (!(count > 0)) {
+    if (!(count > 0) || std::nearbyint(count) < 1) {
         Host().MessBox(ResString(25), {}, -1, -1);
         return false;
     }

@@ -116,6 +116,8 @@ TEST_F(LogFileTest, RefusedFilesLeaveTheDataSetAsTheyFoundIt) {
         {LogText({"FIELD ACTIVITY LOG", "14/10/2026", "1n", "1"}), 22},
         {LogText(Header("not a date@14/10/2026@3", "1n", "1")), 25},
         {LogText(Header("14/10/2026", "0n", "1")), 24},
+        {LogText(Header("14/10/2026", "0.4s", "1")), 24},
+        {LogText(Header("14/10/2026", "5s", ".3")), 25},
         {LogText(Header("14/10/2026", "5s", "-3")), 25},
     };
     for (const Case &c : cases) {

@@ -1,0 +1,184 @@
+#include "device.h"
+
+#include <algorithm>
+#include <cmath>
+#include <ctime>
+
+namespace sim {
+
+uint16_t Crc(const uint8_t *data, size_t size) {
+    uint16_t crc = 0;
+    for (size_t i = 0; i < size; ++i) {
+        crc ^= data[i];
+        for (int b = 0; b < 8; ++b) crc = (crc & 1) ? uint16_t((crc >> 1) ^ 0xA001) : uint16_t(crc >> 1);
+    }
+    return crc;
+}
+
+int Bcd(int v) { return ((v / 10) % 10) << 4 | (v % 10); }
+int FromBcd(uint8_t b) { return (b >> 4) * 10 + (b & 15); }
+
+long long Hundredths(uint16_t reading, bool high) {
+    if (!high && reading <= 3) return 0;
+    // reading * full / 1024 in exact eighths of a hundredth, then half to even.
+    const long long num = (long long)reading * (high ? 200 : 2) * 100;  // value * 100 * 1024
+    long long q = num / 1024, r = num % 1024;
+    if (r * 2 > 1024 || (r * 2 == 1024 && (q & 1))) ++q;
+    return q;
+}
+
+namespace {
+void PutDate(uint8_t *p, const std::tm &t) {
+    p[0] = uint8_t(Bcd(t.tm_sec));
+    p[1] = uint8_t(Bcd(t.tm_min));
+    p[2] = uint8_t(Bcd(t.tm_hour));
+    p[3] = uint8_t(Bcd(t.tm_mday) + ((t.tm_year + 1900 - 2012) & 3) * 64);
+    p[4] = uint8_t(Bcd(t.tm_mon + 1));
+}
+} // namespace
+
+Device::Device(int memorySize, int samples) : memorySize_(memorySize) {
+    // A session of 10 minutes' step that started on 3 March 2014, 09:30:00, and ended at memory full.
+    std::tm start{};
+    start.tm_year = 2014 - 1900;
+    start.tm_mon = 2;
+    start.tm_mday = 3;
+    start.tm_hour = 9;
+    start.tm_min = 30;
+    PutDate(&settings[0], start);
+    settings[5] = 3;     // minutes
+    settings[6] = 0x10;  // step 10
+    settings[7] = 0;     // started at once
+    settings[16] = 0x07; // ended
+    settings[18] = 1;    // memory full
+    Generate(samples);
+}
+
+void Device::SetMemory(int size) {
+    memorySize_ = size;
+    Generate(-1);
+}
+
+void Device::Generate(int n) {
+    const int capacity = std::min((memorySize_ - 96) / 7, (65532 - 96) / 7);
+    if (n < 0 || n > capacity) n = capacity;
+    samples_.clear();
+    for (int i = 0; i < n; ++i) {
+        // A slow daily swing with a stronger stretch that needs the high range.
+        const double day = std::sin(i / 144.0 * 6.2832);
+        const double base = 0.6 + 0.5 * day + ((i / 300) % 7 == 3 ? 8.0 : 0.0);
+        Sample s{};
+        const double axes[3] = {base * 0.8, base * 0.55, base * 0.25 + (i % 13) * 0.01};
+        uint16_t *out[3] = {&s.x, &s.y, &s.z};
+        for (int a = 0; a < 3; ++a) {
+            const bool high = axes[a] >= 1.9;
+            const double reading = axes[a] * 1024 / (high ? 200.0 : 2.0);
+            *out[a] = uint16_t(std::min(32767.0, std::max(0.0, std::round(reading))));
+            if (high) s.flags |= uint8_t(1 << a);
+        }
+        samples_.push_back(s);
+    }
+    const int end = noSamples ? 96 : 96 + int(samples_.size()) * 7;
+    settings[13] = uint8_t(end >> 8);
+    settings[14] = uint8_t(end & 0xFF);
+}
+
+std::vector<uint8_t> Device::MemoryImage() const {
+    std::vector<uint8_t> m(96, 0);
+    const int end = noSamples ? 96 : 96 + int(samples_.size()) * 7;
+    m[0] = uint8_t(end >> 8);
+    m[1] = uint8_t(end & 0xFF);
+    for (int i = 0; i < 5; ++i) m[size_t(2 + i)] = blankStart ? 0 : settings[size_t(i)];
+    m[7] = settings[5];
+    m[8] = settings[6];
+    m[9] = settings[7];
+    for (int i = 0; i < 5; ++i) m[size_t(10 + i)] = blankStart ? 0 : settings[size_t(8 + i)];
+    m[15] = settings[13];
+    m[16] = settings[14];
+    m[20] = settings[18];
+    const char sig[3] = {'R', 'O', badSignature ? 'X' : 'B'};
+    std::copy(sig, sig + 3, m.begin() + 29);
+    for (int i = 0; i < 16; ++i) m[size_t(32 + i)] = i < int(shortId.size()) ? uint8_t(shortId[size_t(i)]) : ' ';
+    for (int i = 0; i < 48; ++i) m[size_t(48 + i)] = i < int(longId.size()) ? uint8_t(longId[size_t(i)]) : ' ';
+    if (noSamples) return m;
+    for (const Sample &s : samples_) {
+        for (uint16_t v : {s.x, s.y, s.z}) {
+            m.push_back(uint8_t(v >> 8));
+            m.push_back(uint8_t(v & 0xFF));
+        }
+        m.push_back(s.flags);
+    }
+    return m;
+}
+
+std::vector<uint8_t> Device::Frame(uint8_t command, const std::vector<uint8_t> &payload) const {
+    std::vector<uint8_t> f;
+    const size_t length = payload.size() + 3;
+    f.push_back(0x3C);
+    f.push_back(uint8_t(length >> 8));
+    f.push_back(uint8_t(length & 0xFF));
+    f.push_back(command);
+    f.insert(f.end(), payload.begin(), payload.end());
+    const uint16_t crc = Crc(f.data(), f.size());
+    f.push_back(uint8_t(crc >> 8));
+    f.push_back(uint8_t(crc & 0xFF));
+    return f;
+}
+
+std::vector<uint8_t> Device::Handle(uint8_t command, const std::vector<uint8_t> &p) {
+    switch (command) {
+    case 1: return Frame(1, std::vector<uint8_t>(4, 0));
+    case 2: {
+        // A field that drifts slowly; the X axis crosses into the high range now and then.
+        const double t = double(liveTick_++);
+        const double v[3] = {1.2 + 1.0 * std::sin(t / 20), 0.4 + 0.1 * std::cos(t / 7), 0.15};
+        std::vector<uint8_t> out;
+        uint8_t flags = batteryLow ? 0x80 : 0;
+        for (int a = 0; a < 3; ++a) {
+            const bool high = v[a] >= 1.9;
+            const auto r = uint16_t(std::lround(v[a] * 1024 / (high ? 200.0 : 2.0)));
+            out.push_back(uint8_t(r >> 8));
+            out.push_back(uint8_t(r & 0xFF));
+            if (high) flags |= uint8_t(1 << a);
+        }
+        out.push_back(flags);
+        return Frame(2, out);
+    }
+    case 3: return Frame(3, {0});
+    case 4: return Frame(4, MemoryImage());
+    case 7: {
+        std::vector<uint8_t> out;
+        for (int i = 0; i < 16; ++i) out.push_back(i < int(shortId.size()) ? uint8_t(shortId[size_t(i)]) : ' ');
+        for (int i = 0; i < 48; ++i) out.push_back(i < int(longId.size()) ? uint8_t(longId[size_t(i)]) : ' ');
+        return Frame(7, out);
+    }
+    case 8:
+        if (p.size() >= 64) {
+            shortId.assign(p.begin(), p.begin() + 16);
+            longId.assign(p.begin() + 16, p.begin() + 64);
+        }
+        return Frame(8, {0});
+    case 9: return Frame(9, std::vector<uint8_t>(5, 0));
+    case 10: return Frame(10, std::vector<uint8_t>(settings.begin(), settings.end()));
+    case 11:
+        if (p.size() >= 5) std::copy(p.begin(), p.begin() + 5, settings.begin());
+        return Frame(11, {0});
+    case 12:
+        if (p.size() >= 10) std::copy(p.begin(), p.begin() + 10, settings.begin() + 5);
+        return Frame(12, {0});
+    case 13:
+        // Waiting for its start date, or running at once; the memory starts empty.
+        settings[16] = (settings[7] & 1) ? 0x01 : 0x03;
+        samples_.clear();
+        return Frame(13, {0});
+    case 14:
+        if (settings[16] & 1) {
+            settings[16] = 0x07;
+            settings[18] = 4;
+        }
+        return Frame(14, {0});
+    default: return Frame(command, {0});
+    }
+}
+
+} // namespace sim
