@@ -9,6 +9,12 @@
 #include "core/widgets/set_up_form.h"
 #include "files/file_names.h"
 #include "files/log_file.h"
+#include "acquisition/upload.h"
+#include "link/serial_port.h"
+#include "link/supervision.h"
+#include "link/transaction.h"
+#include "monitor/widgets/frm_id_code.h"
+#include "monitor/widgets/frm_monitor.h"
 #include "shell/widgets/frm_about.h"
 #include "shell/widgets/frm_date.h"
 #include "shell/widgets/frm_help.h"
@@ -195,6 +201,14 @@ void frmMain::SetUpMenus() {
         });
         mnuSubSubMonitor[size_t(i)] = a;
     }
+    connect(mnuSubSubMonitorMenu, &QMenu::aboutToShow, this, [this] {
+        for (int i = 0; i < 10; ++i) {
+            const QString dev = SerialPort::DevicePath(i + 1);
+            mnuSubSubMonitor[size_t(i)]->setStatusTip(dev.isEmpty() ? ResString(5) : dev);
+            mnuSubSubMonitor[size_t(i)]->setToolTip(mnuSubSubMonitor[size_t(i)]->statusTip());
+        }
+    });
+    mnuSubSubMonitorMenu->setToolTipsVisible(true);
     mnuSubMonitor[7] = item(mnuMonitor, "Start &Communication", 4113, Qt::CTRL | Qt::Key_G, forward(6));
     connect(mnuMonitor, &QMenu::aboutToShow, this, [this] { CopyToolbarState(mnuMonitor); });
 
@@ -388,6 +402,10 @@ void frmMain::tbrToolbar_ButtonClick(int button) {
             if (QMdiSubWindow *w = it->second.open()) w->setProperty("viewButton", button);
             return;
         }
+        case 6:
+        case 7:
+        case 10:
+        case 11: LinkCommand(button); return;
         case 19: ToggleWarnings(); return;
         case 20: InfoButton(); return;
         case 21: Arrange(); return;
@@ -455,7 +473,35 @@ void frmMain::mnuSubWindow_Click(int index) {
 }
 
 void frmMain::mnuSubSubMonitor_Click(int index) {
-    if (auto it = Commands.find(-100 - index); it != Commands.end()) it->second();
+    for (QAction *a : mnuSubSubMonitor) a->setChecked(false);
+    if (index < 0 || index > 9) index = 0;
+    if (SelectPort(index)) mnuSubSubMonitor[size_t(index)]->setChecked(true);
+}
+
+void frmMain::LinkCommand(int button) {
+    switch (button) {
+    case 6:
+        if (!Shared().CommOpen) InitCommunication();
+        return;
+    case 7:
+        if (UploadData()) OpenRequestedForms();
+        return;
+    case 10: {
+        frmMonitor dlg(this);
+        dlg.show();
+        dlg.Load();
+        dlg.exec();
+        return;
+    }
+    case 11: {
+        frmIDCode dlg(this);
+        dlg.show();
+        dlg.Load();
+        dlg.exec();
+        return;
+    }
+    default: return;
+    }
 }
 
 void frmMain::Arrange() {

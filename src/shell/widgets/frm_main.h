@@ -105,6 +105,7 @@ private:
     void SaveCommand();
     void InfoButton();
     void ToggleWarnings();
+    void LinkCommand(int button);
     void CopyToolbarState(QMenu *menu);
     void ListChildWindows();
 

@@ -8,6 +8,9 @@
 #include "core/widgets/frm_splash.h"
 #include "files/file_names.h"
 #include "files/log_file.h"
+#include "link/serial_port.h"
+#include "link/timers.h"
+#include "link/transaction.h"
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/frm_message_box.h"
 
@@ -67,6 +70,7 @@ bool StartUp(int splashMs, const QStringList &arguments) {
         splash->Message(QStringLiteral("Init serial port..."));
         auto *main = new frmMain;
         SetHost(main);
+        InstallLinkHandlers();
         main->mnuSubSubMonitor_Click(int(Options().ComPort) - 1);
         Shared().HelpFileName = Options().Language != 0 ? QStringLiteral("Fluxmere_en.hlp")
                                                         : QStringLiteral("Fluxmere_it.hlp");
@@ -90,7 +94,10 @@ void ShutDown(QWidget *form) {
         if (g_shutDown) return;
         g_shutDown = true;
         SharedState &s = Shared();
-        s.KeepAliveTimer = s.TimeoutTimer = s.LiveTimer = 0;
+        for (int *t : {&s.KeepAliveTimer, &s.TimeoutTimer, &s.LiveTimer}) {
+            KillTimer(*t);
+            *t = 0;
+        }
         frmMain *main = MainForm();
         MeasurementData &d = Data();
         if (d.DataPresent && !d.DataSaved && main && Host().MessBox(ResString(31), {}, -1, 0)) {
@@ -115,6 +122,7 @@ void ShutDown(QWidget *form) {
             Options().InfoShown = dock != 0;
             Options().InfoDocked = dock == 1;
         }
+        if (g_optionsRead && Seriale().PortOpen()) Options().ComPort = uint8_t(Seriale().CommPort());
         // Closing the child windows lets each one clear its open flag.
         if (main) {
             main->mdiArea->closeAllSubWindows();
@@ -124,6 +132,7 @@ void ShutDown(QWidget *form) {
             if (w != form && w != main && w->isVisible()) w->close();
         FreeResLibrary();
         if (g_optionsRead) SaveOptions();
+        Seriale().SetPortOpen(false);
         SetHost(nullptr);
         if (!form) {
             delete main;

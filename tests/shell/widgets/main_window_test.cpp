@@ -25,6 +25,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTreeWidget>
+#include <fcntl.h>
+#include <stdlib.h>
+#include <unistd.h>
 
 using namespace fm;
 
@@ -32,6 +35,7 @@ class MainWindowTest : public QObject {
     Q_OBJECT
     QTemporaryDir dir_;
     QString log_;
+    int pty_ = -1;  // "Com 1" of the tests: a pseudo-terminal nobody answers on
 
     frmMain *Start(const QStringList &args = {}) {
         Data() = MeasurementData{};
@@ -51,6 +55,9 @@ class MainWindowTest : public QObject {
 private slots:
     void initTestCase() {
         SetWritableDir(dir_.path());
+        pty_ = posix_openpt(O_RDWR | O_NOCTTY);
+        QVERIFY(pty_ >= 0 && grantpt(pty_) == 0 && unlockpt(pty_) == 0);
+        QVERIFY(QFile::link(QString::fromLocal8Bit(ptsname(pty_)), dir_.filePath(QStringLiteral("com1"))));
         log_ = dir_.filePath(QStringLiteral("five.log"));
         test::WriteBytes(log_, test::LogText({"Field Activity Log", "14/10/2026 08:00:00@14/10/2026 08:05:00@3",
                                               "1n", "5", "QL540-0042", "Cabina 3", "0.10 0.20 0.30  0",
@@ -58,6 +65,7 @@ private slots:
                                               "0.20 0.20 0.20  0"}));
     }
     void cleanup() { Stop(); }
+    void cleanupTestCase() { ::close(pty_); }
 
     void startsEmptyWithDataCommandsOff() {
         QFile::remove(OptionsPath());
@@ -72,7 +80,10 @@ private slots:
         QCOMPARE(m->mnuFile->title(), ResString(4100));
         QCOMPARE(m->Info->lblNumData->text(), QStringLiteral("---"));
         QCOMPARE(m->Info->lblShortID1->text(), ResString(3021));
-        QCOMPARE(m->lblCommStatus->text(), ResString(5));
+        QCOMPARE(m->lblCommStatus->text(), ResString(3042));  // "Com 1" opened at start
+        QVERIFY(m->mnuSubSubMonitor[0]->isChecked());
+        emit m->mnuMonitor->aboutToShow();
+        QVERIFY(m->mnuSubMonitor[7]->isEnabled());
         QCOMPARE(m->windowTitle(), ResString(4037));
         QVERIFY(!m->mnuSubMonitor[2]->isVisible());
         test::Snapshot(m, QStringLiteral("main_empty"));
@@ -156,6 +167,27 @@ private slots:
         QCOMPARE(Options().RecentFile[1].trimmed(), log_);
         QCOMPARE(m->ButtonMenus->actions().size(), 1);
         QCOMPARE(m->ButtonMenus->actions().first()->text(), log_);
+    }
+
+    void portChoiceLeavesOneCheckMark() {
+        frmMain *m = Start();
+        QVERIFY(m);
+        QString said;
+        test::WhenModal([&](QWidget *w) {
+            said = qobject_cast<frmMessageBox *>(w)->lblMessage->text();
+            w->close();
+        });
+        m->mnuSubSubMonitor_Click(6);  // no "Com 7" here
+        QCOMPARE(said, ResString(6));
+        for (QAction *a : m->mnuSubSubMonitor) QVERIFY(!a->isChecked());
+        QCOMPARE(m->lblCommStatus->text(), ResString(5));
+        m->mnuSubSubMonitor_Click(0);
+        QVERIFY(m->mnuSubSubMonitor[0]->isChecked());
+        emit m->mnuSubSubMonitorMenu->aboutToShow();
+        QVERIFY(m->mnuSubSubMonitor[0]->statusTip().endsWith(QStringLiteral("com1")));
+        Options().ComPort = 4;
+        Stop();
+        QCOMPARE(OptionsRecord::FromBytes(test::ReadBytes(OptionsPath())).ComPort, uint8_t(1));
     }
 
     void infoWindowButtonAndDocking() {
