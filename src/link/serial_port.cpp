@@ -47,7 +47,7 @@ void SerialPort::SetPortOpen(bool open) {
         return;
     }
     if (port_->isOpen()) Raise(8005, QStringLiteral("Port already open"));
-    const QString path = DevicePath(commPort_);
+    const QString path = override_.isEmpty() ? DevicePath(commPort_) : override_;
     if (path.isEmpty()) Raise(8002, QStringLiteral("Invalid port number"));
     port_->setPortName(QFileInfo(path).isSymLink() ? QFileInfo(path).canonicalFilePath() : path);
     if (!port_->open(QIODevice::ReadWrite)) {

@@ -41,6 +41,8 @@ public:
     void WaitForInput(int ms);
     // The device "Com n" stands for, or empty when there is none.
     static QString DevicePath(int port);
+    // Opens this device instead of the one of CommPort (the command line names it).
+    void SetDeviceOverride(const QString &path) { override_ = path; }
 
 private:
     void Readable();
@@ -49,6 +51,7 @@ private:
     int rThreshold_ = 0;
     int commEvent_ = 0;
     bool eventPending_ = false;
+    QString override_;
 };
 
 // The port of the application.

@@ -7,4 +7,11 @@ inline constexpr int kOk = 0, kFailed = 1, kNoLanguage = 2, kUsage = 64;
 
 int Info(const QString &file, bool json);
 int Convert(const QString &in, const QString &out);
+int Status(const QString &port);
+int ReadCodes(const QString &port);
+int WriteCodes(const QString &port, const QString &shortId, const QString &longId);
+int Program(const QString &port, const QString &step, const QString &unit, const QString &start, const QString &stop,
+            const QString &clock);
+int Stop(const QString &port);
+int Upload(const QString &port, const QString &out);
 } // namespace fm::cli

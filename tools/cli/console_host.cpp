@@ -15,8 +15,9 @@ bool ConsoleHost::MessBox(const QString &text, const QString &title, int icon, i
     QString body = text;
     body.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     std::fprintf(stderr, "%s: %s\n", qPrintable(heading), qPrintable(body));
-    // A question is answered by --yes; a plain notice counts as acknowledged.
-    return mode == 1 ? true : yes_;
+    // A plain notice counts as read, and "connect the logger, then OK" as done: the
+    // user asked for the link. A yes/no question is answered by --yes.
+    return mode == 0 ? yes_ : true;
 }
 
 bool ConsoleHost::SystemBox(const QString &text, const QString &title, SystemBoxKind kind) {

@@ -22,6 +22,14 @@ const char kUsageText[] =
     "  info FILE            what the information panel and the warnings show\n"
     "  info --json FILE     the same as one JSON object\n"
     "  convert IN OUT       load a log and save it again\n"
+    "  status --port DEV                       the logger's session state\n"
+    "  read-id --port DEV                      the logger's identification codes\n"
+    "  write-id --port DEV SHORT LONG          write the codes (16 and 48 characters at most)\n"
+    "  program --port DEV --step N --unit s|n|h|d [--start DATE] [--stop DATE]\n"
+    "                 [--clock DATE]           program and start a session; --clock sets the logger's\n"
+    "                                          clock to DATE instead of now (it holds 2012 to 2015)\n"
+    "  stop --port DEV                         stop the running session\n"
+    "  upload --port DEV -o FILE               copy the logger's memory into a log file\n"
     "\n"
     "Options:\n"
     "  --options FILE       the options file to read (never written)\n"
@@ -40,7 +48,7 @@ int Usage(const char *problem) {
 int main(int argc, char **argv) {
     QCoreApplication app(argc, argv);
     QStringList args = app.arguments().mid(1);
-    QString optionsFile, lang, threshold;
+    QString optionsFile, lang, threshold, port, out, step, unit, start, stop, clock;
     bool yes = false;
     QStringList rest;
     for (int i = 0; i < args.size(); ++i) {
@@ -60,6 +68,20 @@ int main(int argc, char **argv) {
         } else if (a == QLatin1String("--lang")) {
             if (!value(lang) || (lang != QLatin1String("it") && lang != QLatin1String("en")))
                 return Usage("--lang takes it or en");
+        } else if (a == QLatin1String("--port")) {
+            if (!value(port)) return Usage("--port needs a device");
+        } else if (a == QLatin1String("-o")) {
+            if (!value(out)) return Usage("-o needs a file");
+        } else if (a == QLatin1String("--step")) {
+            if (!value(step)) return Usage("--step needs a number");
+        } else if (a == QLatin1String("--unit")) {
+            if (!value(unit)) return Usage("--unit takes s, n, h or d");
+        } else if (a == QLatin1String("--start")) {
+            if (!value(start)) return Usage("--start needs a date");
+        } else if (a == QLatin1String("--stop")) {
+            if (!value(stop)) return Usage("--stop needs a date");
+        } else if (a == QLatin1String("--clock")) {
+            if (!value(clock)) return Usage("--clock needs a date");
         } else if (a == QLatin1String("--threshold")) {
             if (!value(threshold)) return Usage("--threshold needs a number");
         } else {
@@ -98,6 +120,17 @@ int main(int argc, char **argv) {
     if (cmd == QLatin1String("convert")) {
         if (rest.size() != 2) return Usage("convert takes an input and an output file");
         return cli::Convert(rest[0], rest[1]);
+    }
+    static const QStringList linkCommands = {"status", "read-id", "write-id", "program", "stop", "upload"};
+    if (linkCommands.contains(cmd)) {
+        if (port.isEmpty()) return Usage("the logger's commands need --port DEV");
+        if (cmd == QLatin1String("status") && rest.isEmpty()) return cli::Status(port);
+        if (cmd == QLatin1String("read-id") && rest.isEmpty()) return cli::ReadCodes(port);
+        if (cmd == QLatin1String("write-id") && rest.size() == 2) return cli::WriteCodes(port, rest[0], rest[1]);
+        if (cmd == QLatin1String("program") && rest.isEmpty()) return cli::Program(port, step, unit, start, stop, clock);
+        if (cmd == QLatin1String("stop") && rest.isEmpty()) return cli::Stop(port);
+        if (cmd == QLatin1String("upload") && rest.isEmpty() && !out.isEmpty()) return cli::Upload(port, out);
+        return Usage(qPrintable(QStringLiteral("wrong arguments for '%1'").arg(cmd)));
     }
     return Usage(qPrintable(QStringLiteral("unknown command '%1'").arg(cmd)));
 }

@@ -11,6 +11,7 @@
 #include "link/link_state.h"
 #include "link/status_decoding.h"
 #include "link/transaction.h"
+#include "monitor/session_plan.h"
 #include "shell/info_model.h"
 
 #include <QApplication>
@@ -320,61 +321,13 @@ void frmMonitor::btnStopMonitor_Click() {
 }
 
 void frmMonitor::btnStartMonitor_Click() {
-    TrapVoid("btnStartMonitor_Click", [this] {
-        const QString unit = SelectedUnit();
-        if (txtStepSize->text().isEmpty() || unit.isEmpty()) {
-            Host().MessBox(ResString(9), {}, 1, -1);
-            return;
-        }
-        const int step = int(Val(txtStepSize->text()));
-        if (unit == QLatin1String("s") && step < 10) {
-            Host().MessBox(ResString(10), {}, 1, -1);
-            return;
-        }
-        auto &img = Link().MonitorImage;
-        img[0] = int16_t(cboStepResolution->currentData().toInt());
-        img[1] = int16_t(ToBcd(step));
-        double start = Now();
-        if (optStartDate[0]->isChecked()) {
-            for (int i = 2; i <= 7; ++i) img[size_t(i)] = 0;
-        } else {
-            if (!GroupDate(0, &start)) Raise(err::TypeMismatch);
-            if (DateDiff(QStringLiteral("s"), Now(), start) < 0) {
-                Host().MessBox(ResString(11), {}, 1, -1);
-                return;
-            }
-            img[2] = 1;
-            const auto wire = EncodeWireDate(DateToDateTime(start));
-            for (int i = 0; i < 5; ++i) img[size_t(3 + i)] = wire[size_t(i)];
-        }
-        double stop = 0;
-        if (optStopDate[0]->isChecked()) {
-            img[8] = img[9] = 0;
-            stop = MemoryEndDate(start, step, unit);
-        } else {
-            if (!GroupDate(1, &stop)) Raise(err::TypeMismatch);
-            if (DateDiff(QStringLiteral("s"), start, stop) < 0) {
-                Host().MessBox(ResString(12), {}, 1, -1);
-                return;
-            }
-            const int64_t n = step > 0 ? DateDiff(unit, start, stop) / step : 0;
-            if (n > MemoryCapacity(Options().MemorySize)) {
-                Host().MessBox(ResString(13) + QLatin1Char(' ') +
-                                   GeneralDate(MemoryEndDate(start, step, unit)).trimmed(), {}, 1, -1);
-                return;
-            }
-            if (n == 0) Host().MessBox(QStringLiteral("Nessun campione nell'intervallo selezionato"), {}, 1, -1);
-            const int64_t address = n * 7 + 96;
-            img[8] = int16_t(address / 256);
-            img[9] = int16_t(address % 256);
-        }
-        const int64_t days = DateDiff(QStringLiteral("d"), start, stop);
-        if (!Host().MessBox(ResString(days > 20 ? 14 : 15), {}, 1, 0)) return;
-        if (StartMonitoraggio(*this)) {
-            Shared().MonitorState = 1;
-            Host().UpdateInfo();
-        }
-    });
+    SessionRequest r;
+    r.stepText = txtStepSize->text();
+    r.unit = SelectedUnit();
+    double d = 0;
+    if (optStartDate[1]->isChecked()) r.start = GroupDate(0, &d) ? d : -1e9;
+    if (optStopDate[1]->isChecked()) r.stop = GroupDate(1, &d) ? d : -1e9;
+    ProgramSession(r, *this);
 }
 
 void frmMonitor::Begin() {
