@@ -1,0 +1,106 @@
+// fluxmere-cli end to end: the study of a file, conversions, and the logger's
+// commands against the simulator.
+#include "support/test_env.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+struct Result {
+    int code = -1;
+    QString out, err;
+};
+
+class CliTest : public ::testing::Test {
+protected:
+    QTemporaryDir dir;
+    QString options = dir.filePath(QStringLiteral("Fluxmere.ini"));
+    QString log = dir.filePath(QStringLiteral("five.log"));
+
+    void SetUp() override {
+        fm::test::WriteBytes(log, fm::test::LogText({"Field Activity Log", "14/10/2026 08:00:00@14/10/2026 08:05:00@3",
+                                                     "1n", "5", "QL540-0042", "Cabina 3", "0.10 0.20 0.30  0",
+                                                     "0.50 0.50 0.50  0", "-1 -1 -1 0", "1.00 0.00 0.00  0",
+                                                     "0.20 0.20 0.20  0"}));
+    }
+    Result Run(QStringList args) {
+        QProcess p;
+        args.prepend(options);
+        args.prepend(QStringLiteral("--options"));
+        p.start(QStringLiteral(FLUXMERE_CLI), args);
+        p.waitForFinished(60000);
+        return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
+    }
+};
+} // namespace
+
+TEST_F(CliTest, InfoPrintsThePanelAndTheFindings) {
+    const Result r = Run({"--lang", "en", "info", log});
+    ASSERT_EQ(r.code, 0) << r.err.toStdString();
+    EXPECT_TRUE(r.out.contains(QStringLiteral("Samples: 5\n")));
+    EXPECT_TRUE(r.out.contains(QStringLiteral("Short ID: QL540-0042\n")));
+    EXPECT_TRUE(r.out.contains(QStringLiteral("[!] Samples above the threshold : 80,0%"))) << r.out.toStdString();
+    const Result high = Run({"--lang", "en", "--threshold", "0,9", "info", log});
+    EXPECT_TRUE(high.out.contains(QStringLiteral("[!] Samples above the threshold : 20,0%"))) << high.out.toStdString();
+    EXPECT_FALSE(QFile::exists(options));  // read like the GUI, never written
+}
+
+TEST_F(CliTest, JsonCarriesTheFieldsByName) {
+    const Result r = Run({"info", "--json", log});
+    ASSERT_EQ(r.code, 0);
+    const QJsonObject o = QJsonDocument::fromJson(r.out.toUtf8()).object();
+    EXPECT_EQ(o[QStringLiteral("DataCount")].toInt(), 5);
+    EXPECT_EQ(o[QStringLiteral("DataStart")].toString(), QStringLiteral("2026-10-14T08:00:00"));
+    EXPECT_EQ(o[QStringLiteral("DataEnd")].toString(), QStringLiteral("2026-10-14T08:05:00"));
+    EXPECT_EQ(o[QStringLiteral("DataStepUnit")].toString(), QStringLiteral("n"));
+    EXPECT_DOUBLE_EQ(o[QStringLiteral("DataMax")].toDouble(), 1.0);
+    EXPECT_DOUBLE_EQ(o[QStringLiteral("DataMin")].toDouble(), 0.35);
+    EXPECT_EQ(o[QStringLiteral("MedianPos")].toInt(), 3);
+    const QJsonArray w = o[QStringLiteral("warnings")].toArray();
+    ASSERT_EQ(w.size(), 5);
+    EXPECT_EQ(w[1].toObject()[QStringLiteral("level")].toInt(), 3);
+}
+
+TEST_F(CliTest, ConvertAndFailures) {
+    const QString out = dir.filePath(QStringLiteral("out.log"));
+    ASSERT_EQ(Run({"convert", log, out}).code, 0);
+    EXPECT_TRUE(fm::test::ReadBytes(out).contains("\"-1 -1 -1 0\"\r\n"));
+    // An existing file is replaced only with --yes.
+    EXPECT_EQ(Run({"convert", log, out}).code, 1);
+    EXPECT_EQ(Run({"--yes", "convert", log, out}).code, 0);
+    const Result missing = Run({"--lang", "en", "info", dir.filePath(QStringLiteral("none.log"))});
+    EXPECT_EQ(missing.code, 1);
+    EXPECT_TRUE(missing.err.contains(QStringLiteral("The file does not exist.")));
+    EXPECT_EQ(Run({"frobnicate"}).code, 64);
+    EXPECT_EQ(Run({"info"}).code, 64);
+    EXPECT_EQ(Run({"status"}).code, 64);  // the logger's commands need a port
+}
+
+TEST_F(CliTest, LoggerCommandsAgainstTheSimulator) {
+    QProcess sim;
+    sim.start(QStringLiteral(FLUXMERE_SIM), {QStringLiteral("--fast"), QStringLiteral("--memory"), QStringLiteral("4096")});
+    ASSERT_TRUE(sim.waitForReadyRead(5000));
+    const QString port = QString::fromLocal8Bit(sim.readLine()).trimmed();
+    EXPECT_TRUE(Run({"--lang", "en", "status", "--port", port}).out.contains(QStringLiteral("Status: TERMINATO (FINE MEMORIA)")));
+    ASSERT_EQ(Run({"write-id", "--port", port, "CAB-9", "Via Po 1"}).code, 0);
+    EXPECT_TRUE(Run({"--lang", "en", "read-id", "--port", port}).out.contains(QStringLiteral("Short ID: CAB-9\n")));
+    EXPECT_EQ(Run({"write-id", "--port", port, "12345678901234567", "x"}).code, 1);
+    const QString up = dir.filePath(QStringLiteral("up.log"));
+    ASSERT_EQ(Run({"upload", "--port", port, "-o", up}).code, 0);
+    EXPECT_EQ(Run({"info", "--json", up}).out.contains(QStringLiteral("\"DataCount\": 571")), true);
+    // The clock of the logger holds 2012 to 2015 only.
+    EXPECT_EQ(Run({"--yes", "program", "--port", port, "--step", "5", "--unit", "n"}).code, 1);
+    ASSERT_EQ(Run({"--yes", "program", "--port", port, "--step", "5", "--unit", "n", "--clock", "2014-06-01T10:00:00",
+                   "--stop", "2014-06-02T10:00:00"}).code, 0);
+    EXPECT_TRUE(Run({"--lang", "en", "status", "--port", port}).out.contains(QStringLiteral("Samples: 288")));
+    EXPECT_EQ(Run({"--lang", "en", "program", "--port", port, "--step", "5", "--unit", "s"}).err.contains(
+                  QStringLiteral("smallest step is 10 seconds")), true);
+    EXPECT_EQ(Run({"stop", "--port", port}).code, 0);
+    sim.terminate();
+    sim.waitForFinished(3000);
+}
