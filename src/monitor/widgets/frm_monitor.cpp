@@ -126,6 +126,7 @@ frmMonitor::frmMonitor(QWidget *parent) : QDialog(parent) {
     lblStatus->setObjectName(QStringLiteral("lblStatus"));
     lblStatus->setAlignment(Qt::AlignCenter);
     lblStatus->setMinimumHeight(28);
+    lblStatus->setMinimumWidth(240);
     status->addWidget(lblStatus);
     grid->addWidget(fmeStatus, 1, 1);
     auto *buttons = new QHBoxLayout;
