@@ -92,13 +92,7 @@ bool SplitUploadData() {
         const int32_t m = std::max(0, Samples(b[19] * 256 + b[20]));
         d.DataStop = m == 0 ? StopPlaceholder1() : DateAdd(d.DataStepUnit, double(m) * d.DataStep, d.DataStart);
         d.DataEnd = DateAdd(d.DataStepUnit, double(n) * d.DataStep, d.DataStart);
-        const size_t slotCount = size_t(n) + 1;
-        d.DataX.assign(slotCount, 0.0f);
-        d.DataY.assign(slotCount, 0.0f);
-        d.DataZ.assign(slotCount, 0.0f);
-        d.DataValue.assign(slotCount, 0.0);
-        d.SortedValue.assign(slotCount, 0.0);
-        d.SortedIndex.assign(slotCount, 0);
+        d.SizeArrays(n);
         d.DataDateCount = n;
         Host().WaitText(ResString(39));
         for (int32_t i = 1; i <= n; ++i) {

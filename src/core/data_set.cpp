@@ -19,6 +19,16 @@ QString FixedText(const QString &text, int width) {
     return text + QString(width - text.size(), QLatin1Char(' '));
 }
 
+void MeasurementData::SizeArrays(int32_t n) {
+    const size_t count = size_t(n) + 1;
+    DataX.assign(count, 0.0f);
+    DataY.assign(count, 0.0f);
+    DataZ.assign(count, 0.0f);
+    DataValue.assign(count, 0.0);
+    SortedValue.assign(count, 0.0);
+    SortedIndex.assign(count, 0);
+}
+
 void MeasurementData::SetShortID(const QString &text) { ShortID = FixedText(text, kShortIdLength); }
 void MeasurementData::SetLongID(const QString &text) { LongID = FixedText(text, kLongIdLength); }
 

@@ -45,6 +45,8 @@ struct MeasurementData {
     // The OLE date of sample i: DataStart plus (i-1) steps.
     double SampleDate(int32_t i) const;
 
+    // Sizes the arrays of n samples anew, zero-filled, as a new measurement needs them.
+    void SizeArrays(int32_t n);
     void SetShortID(const QString &text);
     void SetLongID(const QString &text);
 };

@@ -128,13 +128,7 @@ bool Load(const QString &fileName) {
     // ends here, before memory is taken for it.
     if (in.Remaining() < qint64(n) * 4) Raise(err::InputPastEnd);
 
-    const size_t slotCount = size_t(n) + 1;
-    d.DataX.assign(slotCount, 0.0f);
-    d.DataY.assign(slotCount, 0.0f);
-    d.DataZ.assign(slotCount, 0.0f);
-    d.DataValue.assign(slotCount, 0.0);
-    d.SortedValue.assign(slotCount, 0.0);
-    d.SortedIndex.assign(slotCount, 0);
+    d.SizeArrays(n);
     d.DataDateCount = 0;
     Progress progress(3030);
     for (int32_t i = 1; i <= n; ++i) {
