@@ -15,8 +15,10 @@ QString Unit(const QString &letter) {
     return letter;
 }
 
-QString Microtesla(double v) { return FormatNumber(v, u"#0.00") + QStringLiteral(" µT"); }
-} // namespace
+QString Microtesla(double v) {
+    return FormatNumber(v, u"#0.00") + QStringLiteral(" µT");
+}
+}  // namespace
 
 InfoTexts BuildInfo() {
     const MeasurementData &d = Data();
@@ -32,24 +34,25 @@ InfoTexts BuildInfo() {
         t.count = QString::number(d.DataCount);
         t.start = GeneralDate(d.DataStart);
         t.stop = GeneralDate(d.DataEnd);
-        t.values = {Microtesla(d.DataMin), Microtesla(d.DataMax), Microtesla(d.DataMean), Microtesla(d.DataMedian)};
+        t.values = {Microtesla(d.DataMin), Microtesla(d.DataMax), Microtesla(d.DataMean),
+                    Microtesla(d.DataMedian)};
     } else {
         t.step = t.source = t.count = t.start = t.stop = none;
         t.values = {none, none, none, none};
     }
     switch (Shared().MonitorState) {
-    case 0:
-        t.monitorText = ResString(3011);
-        t.monitorBack = 0xC0FFC0;
-        break;
-    case 1:
-        t.monitorText = ResString(3010);
-        t.monitorBack = 0xC0C0FF;
-        break;
-    default:
-        t.monitorText = ResString(5);
-        t.monitorBack = 0xE0E0E0;
-        break;
+        case 0:
+            t.monitorText = ResString(3011);
+            t.monitorBack = 0xC0FFC0;
+            break;
+        case 1:
+            t.monitorText = ResString(3010);
+            t.monitorBack = 0xC0C0FF;
+            break;
+        default:
+            t.monitorText = ResString(5);
+            t.monitorBack = 0xE0E0E0;
+            break;
     }
     t.commText = ResString(Shared().CommOpen ? 3022 : 3023);
     t.commColor = Shared().CommOpen ? 49152 : 192;
@@ -60,10 +63,12 @@ QString Formatta(const QString &text, int width) {
     return width > text.size() ? QString(width - text.size(), QLatin1Char(' ')) + text : text;
 }
 
-int32_t MemoryCapacity(int32_t memorySize) { return CLng((memorySize - 96) / 7.0); }
+int32_t MemoryCapacity(int32_t memorySize) {
+    return CLng((memorySize - 96) / 7.0);
+}
 
 double MemoryEndDate(double start, int32_t step, const QString &unit) {
     return DateAdd(unit, double(MemoryCapacity(Options().MemorySize)) * step, start);
 }
 
-} // namespace fm
+}  // namespace fm

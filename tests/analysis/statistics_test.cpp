@@ -25,7 +25,7 @@ void SetValues(const std::vector<double> &values) {
         d.SortedIndex[i] = int32_t(i);
     }
 }
-} // namespace
+}  // namespace
 
 TEST(Statistics, ExtremesAndMeanOfTheDataSet) {
     test::Fresh fresh;
@@ -95,7 +95,7 @@ TEST(Statistics, LiveSamplesRunTheirOwnFigures) {
     EXPECT_FLOAT_EQ(rt.RTMean, 2);
     rt.RTValue.push_back(0.0);
     rt.RTCount = 2;
-    CalculateStats(QString());  // any other text is the live branch
+    CalculateStats(QString());     // any other text is the live branch
     EXPECT_FLOAT_EQ(rt.RTMin, 0);  // a live 0 does become the minimum
     EXPECT_FLOAT_EQ(rt.RTMean, 1);
     rt.RTValue.push_back(4.0);

@@ -35,7 +35,7 @@ QStringList Texts() {
     for (const WarningLine &w : Warnings()) out << w.text;
     return out;
 }
-} // namespace
+}  // namespace
 
 TEST(Warnings, StopReasonAndStopDate) {
     test::Fresh fresh;

@@ -2,13 +2,13 @@
 // commands against the simulator.
 #include "support/test_env.h"
 
+#include <gtest/gtest.h>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 namespace {
 struct Result {
@@ -23,10 +23,10 @@ protected:
     QString log = dir.filePath(QStringLiteral("five.log"));
 
     void SetUp() override {
-        fm::test::WriteBytes(log, fm::test::LogText({"Field Activity Log", "14/10/2026 08:00:00@14/10/2026 08:05:00@3",
-                                                     "1n", "5", "QL540-0042", "Cabina 3", "0.10 0.20 0.30  0",
-                                                     "0.50 0.50 0.50  0", "-1 -1 -1 0", "1.00 0.00 0.00  0",
-                                                     "0.20 0.20 0.20  0"}));
+        fm::test::WriteBytes(
+            log, fm::test::LogText({"Field Activity Log", "14/10/2026 08:00:00@14/10/2026 08:05:00@3", "1n",
+                                    "5", "QL540-0042", "Cabina 3", "0.10 0.20 0.30  0", "0.50 0.50 0.50  0",
+                                    "-1 -1 -1 0", "1.00 0.00 0.00  0", "0.20 0.20 0.20  0"}));
     }
     Result Run(QStringList args) {
         QProcess p;
@@ -34,19 +34,22 @@ protected:
         args.prepend(QStringLiteral("--options"));
         p.start(QStringLiteral(FLUXMERE_CLI), args);
         p.waitForFinished(60000);
-        return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
+        return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()),
+                QString::fromUtf8(p.readAllStandardError())};
     }
 };
-} // namespace
+}  // namespace
 
 TEST_F(CliTest, InfoPrintsThePanelAndTheFindings) {
     const Result r = Run({"--lang", "en", "info", log});
     ASSERT_EQ(r.code, 0) << r.err.toStdString();
     EXPECT_TRUE(r.out.contains(QStringLiteral("Samples: 5\n")));
     EXPECT_TRUE(r.out.contains(QStringLiteral("Short ID: QL540-0042\n")));
-    EXPECT_TRUE(r.out.contains(QStringLiteral("[!] Samples above the threshold : 80,0%"))) << r.out.toStdString();
+    EXPECT_TRUE(r.out.contains(QStringLiteral("[!] Samples above the threshold : 80,0%")))
+        << r.out.toStdString();
     const Result high = Run({"--lang", "en", "--threshold", "0,9", "info", log});
-    EXPECT_TRUE(high.out.contains(QStringLiteral("[!] Samples above the threshold : 20,0%"))) << high.out.toStdString();
+    EXPECT_TRUE(high.out.contains(QStringLiteral("[!] Samples above the threshold : 20,0%")))
+        << high.out.toStdString();
     EXPECT_FALSE(QFile::exists(options));  // read like the GUI, never written
 }
 
@@ -83,23 +86,29 @@ TEST_F(CliTest, ConvertAndFailures) {
 
 TEST_F(CliTest, LoggerCommandsAgainstTheSimulator) {
     QProcess sim;
-    sim.start(QStringLiteral(FLUXMERE_SIM), {QStringLiteral("--fast"), QStringLiteral("--memory"), QStringLiteral("4096")});
+    sim.start(QStringLiteral(FLUXMERE_SIM),
+              {QStringLiteral("--fast"), QStringLiteral("--memory"), QStringLiteral("4096")});
     ASSERT_TRUE(sim.waitForReadyRead(5000));
     const QString port = QString::fromLocal8Bit(sim.readLine()).trimmed();
-    EXPECT_TRUE(Run({"--lang", "en", "status", "--port", port}).out.contains(QStringLiteral("Status: TERMINATO (FINE MEMORIA)")));
+    EXPECT_TRUE(Run({"--lang", "en", "status", "--port", port})
+                    .out.contains(QStringLiteral("Status: TERMINATO (FINE MEMORIA)")));
     ASSERT_EQ(Run({"write-id", "--port", port, "CAB-9", "Via Po 1"}).code, 0);
-    EXPECT_TRUE(Run({"--lang", "en", "read-id", "--port", port}).out.contains(QStringLiteral("Short ID: CAB-9\n")));
+    EXPECT_TRUE(
+        Run({"--lang", "en", "read-id", "--port", port}).out.contains(QStringLiteral("Short ID: CAB-9\n")));
     EXPECT_EQ(Run({"write-id", "--port", port, "12345678901234567", "x"}).code, 1);
     const QString up = dir.filePath(QStringLiteral("up.log"));
     ASSERT_EQ(Run({"upload", "--port", port, "-o", up}).code, 0);
     EXPECT_EQ(Run({"info", "--json", up}).out.contains(QStringLiteral("\"DataCount\": 571")), true);
     // The clock of the logger holds 2012 to 2015 only.
     EXPECT_EQ(Run({"--yes", "program", "--port", port, "--step", "5", "--unit", "n"}).code, 1);
-    ASSERT_EQ(Run({"--yes", "program", "--port", port, "--step", "5", "--unit", "n", "--clock", "2014-06-01T10:00:00",
-                   "--stop", "2014-06-02T10:00:00"}).code, 0);
+    ASSERT_EQ(Run({"--yes", "program", "--port", port, "--step", "5", "--unit", "n", "--clock",
+                   "2014-06-01T10:00:00", "--stop", "2014-06-02T10:00:00"})
+                  .code,
+              0);
     EXPECT_TRUE(Run({"--lang", "en", "status", "--port", port}).out.contains(QStringLiteral("Samples: 288")));
-    EXPECT_EQ(Run({"--lang", "en", "program", "--port", port, "--step", "5", "--unit", "s"}).err.contains(
-                  QStringLiteral("smallest step is 10 seconds")), true);
+    EXPECT_EQ(Run({"--lang", "en", "program", "--port", port, "--step", "5", "--unit", "s"})
+                  .err.contains(QStringLiteral("smallest step is 10 seconds")),
+              true);
     EXPECT_EQ(Run({"stop", "--port", port}).code, 0);
     sim.terminate();
     sim.waitForFinished(3000);

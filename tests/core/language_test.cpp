@@ -1,10 +1,10 @@
 // The language store: loading, both languages, and the numbers the application uses.
-#include "core/app_paths.h"
 #include "core/language.h"
+#include "core/app_paths.h"
 #include "support/test_env.h"
 
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <QTemporaryDir>
 
 using namespace fm;
 
@@ -31,11 +31,12 @@ TEST(Language, LoadsBothLanguagesAndFailsWithoutTheFile) {
 
 TEST(Language, EveryNumberInUseHasBothTexts) {
     test::Fresh fresh;
-    QList<int> used = {2, 3, 4, 5, 6, 7, 8, 17, 18, 19, 20, 21, 22, 24, 25, 26, 27, 28, 31, 39, 3001, 3002, 3003,
-                       3004, 3005, 3006, 3021, 3022, 3023, 3024, 3027, 3028, 3029, 3030, 3031, 3032, 3042, 4001,
-                       4002, 4003, 4004, 4089, 4200, 4201, 4202, 4203, 4204};
+    QList<int> used = {2,    3,    4,    5,    6,    7,    8,    17,   18,   19,   20,
+                       21,   22,   24,   25,   26,   27,   28,   31,   39,   3001, 3002,
+                       3003, 3004, 3005, 3006, 3024, 3027, 3028, 3029, 3030, 3031, 3032,
+                       3042, 4001, 4002, 4003, 4004, 4089, 4200, 4201, 4202, 4203, 4204};
     for (int n = 40; n <= 51; ++n) used << n;
-    for (int n = 3010; n <= 3015; ++n) used << n;
+    for (int n = 3010; n <= 3023; ++n) used << n;
     for (int n = 4100; n <= 4141; ++n) used << n;
     for (int n = 4021; n <= 4057; ++n) used << n;
     for (int lang : {0, 1}) {

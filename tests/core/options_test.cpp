@@ -1,15 +1,15 @@
 // The options record: its defaults, its bytes on disk and a save that cannot fail halfway.
-#include "core/app_paths.h"
 #include "core/options.h"
+#include "core/app_paths.h"
 #include "support/recorder_host.h"
 #include "support/test_env.h"
 
+#include <gtest/gtest.h>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QtEndian>
 #include <cstring>
-#include <gtest/gtest.h>
 
 using namespace fm;
 
@@ -20,7 +20,7 @@ T At(const QByteArray &b, int offset) {
     std::memcpy(&v, b.constData() + offset, sizeof v);
     return qFromLittleEndian(v);
 }
-} // namespace
+}  // namespace
 
 TEST(Options, FirstStartWritesTheDefaultRecord) {
     test::Fresh fresh;
@@ -41,9 +41,9 @@ TEST(Options, FirstStartWritesTheDefaultRecord) {
     EXPECT_EQ(At<uint32_t>(b, 4), 0xFF0000u);
     EXPECT_EQ(At<uint32_t>(b, 40), 255u);
     EXPECT_EQ(At<uint32_t>(b, 44), 0x00C000u);
-    EXPECT_EQ(b.mid(54, 4096), QByteArray(4096, '\0'));     // slot 0 stays zero-filled
-    EXPECT_EQ(b.mid(4150, 4096), QByteArray(4096, ' '));    // an empty recent file
-    EXPECT_EQ(At<int16_t>(b, 24630), -1);                    // InfoDocked
+    EXPECT_EQ(b.mid(54, 4096), QByteArray(4096, '\0'));   // slot 0 stays zero-filled
+    EXPECT_EQ(b.mid(4150, 4096), QByteArray(4096, ' '));  // an empty recent file
+    EXPECT_EQ(At<int16_t>(b, 24630), -1);                 // InfoDocked
     float soglia;
     std::memcpy(&soglia, b.constData() + 24644, 4);
     EXPECT_FLOAT_EQ(soglia, 0.2f);
@@ -72,8 +72,8 @@ TEST(Options, ShortOrForeignFilesAreTakenFieldByField) {
     test::Fresh fresh;
     test::RecorderHost host;
     QByteArray shortFile(10, '\0');
-    shortFile[0] = 7;   // ComPort
-    shortFile[1] = 1;   // English
+    shortFile[0] = 7;  // ComPort
+    shortFile[1] = 1;  // English
     shortFile[2] = '\xFF';
     shortFile[3] = '\xFF';
     test::WriteBytes(OptionsPath(), shortFile);

@@ -1,6 +1,6 @@
 // Dates and numbers as the regional settings write them, and the tolerant readers.
-#include "core/fault.h"
 #include "core/regional.h"
+#include "core/fault.h"
 #include "support/test_env.h"
 
 #include <gtest/gtest.h>
@@ -71,10 +71,13 @@ TEST(Regional, DateArithmetic) {
     EXPECT_EQ(DateAdd(QStringLiteral("n"), 90, start), DateFromParts(2026, 2, 1, 1, 29, 50));
     EXPECT_EQ(DateAdd(QStringLiteral("h"), 24 * 365, start), DateFromParts(2027, 1, 31, 23, 59, 50));
     EXPECT_EQ(DateAdd(QStringLiteral("m"), 1, start), DateFromParts(2026, 2, 28, 23, 59, 50));
-    EXPECT_EQ(DateAdd(QStringLiteral("d"), -3, DateFromParts(1899, 12, 31, 6)), DateFromParts(1899, 12, 28, 6));
+    EXPECT_EQ(DateAdd(QStringLiteral("d"), -3, DateFromParts(1899, 12, 31, 6)),
+              DateFromParts(1899, 12, 28, 6));
     EXPECT_THROW(DateAdd(QStringLiteral("x"), 1, start), Fault);
     // Boundaries crossed, as date arithmetic counts them.
-    EXPECT_EQ(DateDiff(QStringLiteral("n"), DateFromParts(2026, 1, 1, 0, 0, 59), DateFromParts(2026, 1, 1, 0, 1, 0)), 1);
+    EXPECT_EQ(DateDiff(QStringLiteral("n"), DateFromParts(2026, 1, 1, 0, 0, 59),
+                       DateFromParts(2026, 1, 1, 0, 1, 0)),
+              1);
     EXPECT_EQ(DateDiff(QStringLiteral("d"), start, DateFromParts(2026, 2, 1)), 1);
     EXPECT_EQ(DateDiff(QStringLiteral("s"), DateFromParts(2026, 1, 2), DateFromParts(2026, 1, 1)), -86400);
     EXPECT_EQ(DateDiff(QStringLiteral("m"), DateFromParts(2025, 12, 31), DateFromParts(2026, 1, 1)), 1);

@@ -1,9 +1,9 @@
 // What the information panel says, with and without data, and its small helpers.
+#include "shell/info_model.h"
 #include "core/data_set.h"
 #include "core/language.h"
 #include "core/options.h"
 #include "core/regional.h"
-#include "shell/info_model.h"
 #include "support/test_env.h"
 
 #include <gtest/gtest.h>

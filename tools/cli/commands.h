@@ -10,8 +10,8 @@ int Convert(const QString &in, const QString &out);
 int Status(const QString &port);
 int ReadCodes(const QString &port);
 int WriteCodes(const QString &port, const QString &shortId, const QString &longId);
-int Program(const QString &port, const QString &step, const QString &unit, const QString &start, const QString &stop,
-            const QString &clock);
+int Program(const QString &port, const QString &step, const QString &unit, const QString &start,
+            const QString &stop, const QString &clock);
 int Stop(const QString &port);
 int Upload(const QString &port, const QString &out);
-} // namespace fm::cli
+}  // namespace fm::cli

@@ -28,8 +28,12 @@ bool ConsoleHost::SystemBox(const QString &text, const QString &title, SystemBox
 }
 
 // Without a window there is nobody to ask: the logger's missing start date stays blank.
-double ConsoleHost::AskDate() { return DateFromParts(2001, 1, 1); }
+double ConsoleHost::AskDate() {
+    return DateFromParts(2001, 1, 1);
+}
 
-void ConsoleHost::DoEvents() { QCoreApplication::processEvents(); }
+void ConsoleHost::DoEvents() {
+    QCoreApplication::processEvents();
+}
 
-} // namespace fm::cli
+}  // namespace fm::cli

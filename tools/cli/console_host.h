@@ -16,4 +16,4 @@ public:
 private:
     bool yes_;
 };
-} // namespace fm::cli
+}  // namespace fm::cli

@@ -23,13 +23,19 @@ double Exact(float v) {
     return d;
 }
 
-QString Iso(double date) { return DateToDateTime(date).toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss")); }
+QString Iso(double date) {
+    return DateToDateTime(date).toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
+}
 
-void Print(const QString &text) { std::fputs(qPrintable(text + QLatin1Char('\n')), stdout); }
+void Print(const QString &text) {
+    std::fputs(qPrintable(text + QLatin1Char('\n')), stdout);
+}
 
 void PrintPanel() {
     const InfoTexts t = BuildInfo();
-    const auto row = [](int caption, const QString &value) { Print(ResString(caption) + QStringLiteral(": ") + value); };
+    const auto row = [](int caption, const QString &value) {
+        Print(ResString(caption) + QStringLiteral(": ") + value);
+    };
     row(4030, t.source);
     row(4031, t.count);
     row(4032, t.step);
@@ -45,39 +51,33 @@ void PrintPanel() {
     row(4036, t.monitorText);
     Print(QString());
     Print(ResString(4089));
-    for (const WarningLine &w : Warnings()) Print((w.level >= 3 ? QStringLiteral("[!] ") : QStringLiteral("[i] ")) + w.text);
+    for (const WarningLine &w : Warnings())
+        Print((w.level >= 3 ? QStringLiteral("[!] ") : QStringLiteral("[i] ")) + w.text);
 }
 
 void PrintJson() {
     const MeasurementData &d = Data();
     QJsonArray warnings;
-    for (const WarningLine &w : Warnings()) warnings.append(QJsonObject{{"text", w.text}, {"level", w.level}});
+    for (const WarningLine &w : Warnings())
+        warnings.append(QJsonObject{{"text", w.text}, {"level", w.level}});
     const QJsonObject o{
-        {"DataSource", d.DataSource},
-        {"DataCount", d.DataCount},
-        {"DataStep", d.DataStep},
-        {"DataStepUnit", d.DataStepUnit},
-        {"DataStart", Iso(d.DataStart)},
-        {"DataStop", Iso(d.DataStop)},
-        {"DataEnd", Iso(d.DataEnd)},
-        {"DataStopCode", d.DataStopCode},
-        {"ShortID", d.ShortID.trimmed()},
-        {"LongID", d.LongID.trimmed()},
-        {"DataMin", Exact(d.DataMin)},
-        {"DataMax", Exact(d.DataMax)},
-        {"DataMean", Exact(d.DataMean)},
-        {"DataMedian", d.DataMedian},
-        {"MedianPos", d.MedianPos},
+        {"DataSource", d.DataSource},     {"DataCount", d.DataCount},       {"DataStep", d.DataStep},
+        {"DataStepUnit", d.DataStepUnit}, {"DataStart", Iso(d.DataStart)},  {"DataStop", Iso(d.DataStop)},
+        {"DataEnd", Iso(d.DataEnd)},      {"DataStopCode", d.DataStopCode}, {"ShortID", d.ShortID.trimmed()},
+        {"LongID", d.LongID.trimmed()},   {"DataMin", Exact(d.DataMin)},    {"DataMax", Exact(d.DataMax)},
+        {"DataMean", Exact(d.DataMean)},  {"DataMedian", d.DataMedian},     {"MedianPos", d.MedianPos},
         {"warnings", warnings},
     };
     std::fputs(QJsonDocument(o).toJson(QJsonDocument::Indented).constData(), stdout);
 }
-} // namespace
+}  // namespace
 
 int Info(const QString &file, bool json) {
     if (!LoadFile(file)) return kFailed;
-    if (json) PrintJson();
-    else PrintPanel();
+    if (json)
+        PrintJson();
+    else
+        PrintPanel();
     return kOk;
 }
 
@@ -89,4 +89,4 @@ int Convert(const QString &in, const QString &out) {
     }
     return kOk;
 }
-} // namespace fm::cli
+}  // namespace fm::cli

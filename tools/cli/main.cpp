@@ -43,7 +43,7 @@ int Usage(const char *problem) {
     std::fputs(kUsageText, stderr);
     return cli::kUsage;
 }
-} // namespace
+}  // namespace
 
 int main(int argc, char **argv) {
     QCoreApplication app(argc, argv);
@@ -126,8 +126,10 @@ int main(int argc, char **argv) {
         if (port.isEmpty()) return Usage("the logger's commands need --port DEV");
         if (cmd == QLatin1String("status") && rest.isEmpty()) return cli::Status(port);
         if (cmd == QLatin1String("read-id") && rest.isEmpty()) return cli::ReadCodes(port);
-        if (cmd == QLatin1String("write-id") && rest.size() == 2) return cli::WriteCodes(port, rest[0], rest[1]);
-        if (cmd == QLatin1String("program") && rest.isEmpty()) return cli::Program(port, step, unit, start, stop, clock);
+        if (cmd == QLatin1String("write-id") && rest.size() == 2)
+            return cli::WriteCodes(port, rest[0], rest[1]);
+        if (cmd == QLatin1String("program") && rest.isEmpty())
+            return cli::Program(port, step, unit, start, stop, clock);
         if (cmd == QLatin1String("stop") && rest.isEmpty()) return cli::Stop(port);
         if (cmd == QLatin1String("upload") && rest.isEmpty() && !out.isEmpty()) return cli::Upload(port, out);
         return Usage(qPrintable(QStringLiteral("wrong arguments for '%1'").arg(cmd)));

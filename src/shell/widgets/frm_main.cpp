@@ -110,6 +110,9 @@ frmMain::frmMain() : DockControl_(this) {
 
 frmMain::~frmMain() {
     if (g_main == this) g_main = nullptr;
+    // The child windows go after the members: their last signals must not reach us.
+    if (QDockWidget *dock = DockControl_.Dock(QLatin1String(kInfoKey))) dock->disconnect(this);
+    if (Warnings) Warnings->disconnect(this);
 }
 
 void frmMain::SetUpToolbar() {
