@@ -1,5 +1,6 @@
 #include "shell/widgets/common_dialog.h"
 
+#include <QColorDialog>
 #include <QFileDialog>
 #include <QStringList>
 
@@ -25,6 +26,29 @@ QStringList QtFilters(const QString &filter) {
 } // namespace
 
 void CommonDialog::SetResponder(Responder responder) { TheResponder() = std::move(responder); }
+
+namespace {
+CommonDialog::ColorResponder &TheColorResponder() {
+    static CommonDialog::ColorResponder r;
+    return r;
+}
+} // namespace
+
+void CommonDialog::SetColorResponder(ColorResponder responder) { TheColorResponder() = std::move(responder); }
+
+bool CommonDialog::ShowColor(QWidget *parent) {
+    if (TheColorResponder()) {
+        const auto c = TheColorResponder()(Color);
+        if (!c) return false;
+        Color = *c;
+        return true;
+    }
+    const QColor start(int(Color & 0xFF), int((Color >> 8) & 0xFF), int((Color >> 16) & 0xFF));
+    const QColor c = QColorDialog::getColor(start, parent, DialogTitle, QColorDialog::DontUseNativeDialog);
+    if (!c.isValid()) return false;
+    Color = uint32_t(c.red()) | uint32_t(c.green()) << 8 | uint32_t(c.blue()) << 16;
+    return true;
+}
 
 bool CommonDialog::ShowOpen(QWidget *parent) { return Show(parent, false); }
 bool CommonDialog::ShowSave(QWidget *parent) { return Show(parent, true); }

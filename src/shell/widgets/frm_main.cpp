@@ -20,6 +20,7 @@
 #include "shell/widgets/frm_help.h"
 #include "shell/widgets/frm_info.h"
 #include "shell/widgets/frm_message_box.h"
+#include "shell/widgets/frm_settings.h"
 #include "shell/widgets/frm_wait.h"
 #include "shell/widgets/frm_warnings.h"
 #include "shell/widgets/main_entry.h"
@@ -409,6 +410,11 @@ void frmMain::tbrToolbar_ButtonClick(int button) {
         case 7:
         case 10:
         case 11: LinkCommand(button); return;
+        case 17: {
+            frmSettings dlg(this);
+            dlg.exec();
+            return;
+        }
         case 19: ToggleWarnings(); return;
         case 20: InfoButton(); return;
         case 21: Arrange(); return;

@@ -1,0 +1,91 @@
+// The settings dialog: what it shows, what OK stores and what Cancel leaves.
+#include "core/app_paths.h"
+#include "core/language.h"
+#include "core/options.h"
+#include "shell/widgets/common_dialog.h"
+#include "shell/widgets/frm_settings.h"
+#include "support/modal.h"
+#include "support/recorder_host.h"
+#include "support/test_env.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <QTest>
+
+using namespace fm;
+
+class SettingsTest : public QObject {
+    Q_OBJECT
+private slots:
+    void showsAndStoresTheOptions() {
+        test::Fresh fresh(1);
+        test::RecorderHost host;
+        Options().Soglia = 0.5f;
+        Options().MemorySize = 8192;
+        frmSettings dlg(nullptr);
+        QCOMPARE(dlg.tabOptions->tabText(2), ResString(4087));
+        QVERIFY(dlg.optSoglia[1]->isChecked());
+        QVERIFY(!dlg.txtSoglia->isEnabled());
+        QCOMPARE(dlg.cboMemorySize->currentText(), QStringLiteral("64Kbit"));
+        QVERIFY(dlg.chkOnLoad[1]->isChecked());  // OpenGraphTe by default
+        dlg.resize(460, 380);
+        test::Snapshot(&dlg, QStringLiteral("settings"));
+
+        // A custom threshold: a typed comma is a point, letters do not go in, 250 becomes 200.
+        dlg.optSoglia[3]->setChecked(true);
+        QVERIFY(dlg.txtSoglia->isEnabled());
+        dlg.txtSoglia->clear();
+        QTest::keyClicks(dlg.txtSoglia, QStringLiteral("1,5x"));
+        QCOMPARE(dlg.txtSoglia->text(), QStringLiteral("1.5"));
+        CommonDialog::SetColorResponder([](uint32_t) { return std::optional<uint32_t>(0x123456); });
+        dlg.pctColor[7]->click();
+        dlg.chkOnLoad[2]->setChecked(true);
+        dlg.cboMemorySize->setCurrentIndex(3);
+        dlg.btnOk_Click();
+        QCOMPARE(Options().Soglia, 1.5f);
+        QCOMPARE(Options().ColorSoglia, 0x123456u);
+        QVERIFY(Options().OpenGraphSt);
+        QCOMPARE(Options().MemorySize, 65536);
+        QVERIFY(host.boxes.empty());  // no language question without a change
+
+        frmSettings again(nullptr);
+        QVERIFY(again.optSoglia[3]->isChecked());
+        QCOMPARE(again.txtSoglia->text(), QStringLiteral(" 1.5"));
+        again.txtSoglia->setText(QStringLiteral("250"));
+        again.LeaveSoglia();
+        QCOMPARE(again.txtSoglia->text(), QStringLiteral("200"));
+        again.txtSoglia->setText(QStringLiteral("-1"));  // pasted
+        again.LeaveSoglia();
+        QCOMPARE(again.txtSoglia->text(), QStringLiteral("0"));
+        CommonDialog::SetColorResponder(nullptr);
+    }
+
+    void cancelKeepsAndLanguageAsks() {
+        test::Fresh fresh(1);
+        test::RecorderHost host;
+        const uint32_t before = Options().ColorTrace1;
+        {
+            frmSettings dlg(nullptr);
+            CommonDialog::SetColorResponder([](uint32_t) { return std::optional<uint32_t>(0x00FF00); });
+            dlg.pctColor[0]->click();
+            dlg.btnCancel->click();
+            CommonDialog::SetColorResponder(nullptr);
+        }
+        QCOMPARE(Options().ColorTrace1, before);
+        // A new language declined: stored, the window stays in the old one.
+        Options().Language = 1;
+        frmSettings dlg(nullptr);
+        dlg.cboLanguage->setCurrentIndex(0);
+        host.answers = {false};
+        dlg.btnOk_Click();
+        QCOMPARE(host.LastBox(), ResString(29));
+        QCOMPARE(Options().Language, uint8_t(0));
+    }
+};
+
+QTEST_MAIN(SettingsTest)
+#include "settings_test.moc"
