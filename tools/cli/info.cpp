@@ -4,6 +4,7 @@
 #include "core/language.h"
 #include "core/regional.h"
 #include "files/log_file.h"
+#include "files/table_export.h"
 #include "shell/info_model.h"
 
 #include <QJsonArray>
@@ -84,6 +85,14 @@ int Info(const QString &file, bool json) {
 int Convert(const QString &in, const QString &out) {
     if (!LoadFile(in)) return kFailed;
     if (!SaveFile(out)) {
+        std::fprintf(stderr, "%s\n", qPrintable(ResString(8)));
+        return kFailed;
+    }
+    return kOk;
+}
+int Export(const QString &in, bool csv, const QString &out) {
+    if (!LoadFile(in)) return kFailed;
+    if (!SaveTable(out, csv ? 1 : 2)) {
         std::fprintf(stderr, "%s\n", qPrintable(ResString(8)));
         return kFailed;
     }

@@ -22,6 +22,8 @@ const char kUsageText[] =
     "  info FILE            what the information panel and the warnings show\n"
     "  info --json FILE     the same as one JSON object\n"
     "  convert IN OUT       load a log and save it again\n"
+    "  export FILE --csv|--tab -o OUT\n"
+    "                       the measurement as a \";\" table or a tab table\n"
     "  status --port DEV                       the logger's session state\n"
     "  read-id --port DEV                      the logger's identification codes\n"
     "  write-id --port DEV SHORT LONG          write the codes (16 and 48 characters at most)\n"
@@ -116,6 +118,12 @@ int main(int argc, char **argv) {
         const bool json = rest.removeAll(QStringLiteral("--json")) > 0;
         if (rest.size() != 1) return Usage("info takes one file");
         return cli::Info(rest[0], json);
+    }
+    if (cmd == QLatin1String("export")) {
+        const bool csv = rest.removeAll(QStringLiteral("--csv")) > 0;
+        const bool tab = rest.removeAll(QStringLiteral("--tab")) > 0;
+        if (rest.size() != 1 || out.isEmpty() || csv == tab) return Usage("export takes FILE, --csv or --tab, and -o OUT");
+        return cli::Export(rest[0], csv, out);
     }
     if (cmd == QLatin1String("convert")) {
         if (rest.size() != 2) return Usage("convert takes an input and an output file");

@@ -9,6 +9,7 @@
 #include "core/widgets/set_up_form.h"
 #include "files/file_names.h"
 #include "files/log_file.h"
+#include "files/table_export.h"
 #include "acquisition/upload.h"
 #include "link/serial_port.h"
 #include "link/supervision.h"
@@ -387,11 +388,21 @@ void frmMain::SaveCommand() {
     UpdateInfo();
 }
 
+// The filter in force chooses the table, whatever extension was typed.
+void frmMain::ExportCommand() {
+    FileDialogFor(4);
+    if (!dlgFile.ShowSave(this)) return;
+    const QString name = dlgFile.FileName;
+    Options().LastPath = OptionText(SplitFileName(name, false));
+    if (!SaveTable(name, dlgFile.FilterIndex)) MessBox(ResString(8), {}, -1, -1);
+}
+
 void frmMain::tbrToolbar_ButtonClick(int button) {
     TrapVoid("tbrToolbar_ButtonClick", [&] {
         switch (button) {
         case 2: LoadCommand(); return;
         case 3: SaveCommand(); return;
+        case 4: ExportCommand(); return;
         case 13:
         case 14:
         case 15: {

@@ -103,6 +103,7 @@ private:
     void FileDialogFor(int button);
     void LoadCommand();
     void SaveCommand();
+    void ExportCommand();
     void InfoButton();
     void ToggleWarnings();
     void LinkCommand(int button);
