@@ -5,6 +5,7 @@
 #include "core/regional.h"
 #include "files/log_file.h"
 #include "files/table_export.h"
+#include "shell/data_list.h"
 #include "shell/info_model.h"
 
 #include <QJsonArray>
@@ -96,6 +97,12 @@ int Export(const QString &in, bool csv, const QString &out) {
         std::fprintf(stderr, "%s\n", qPrintable(ResString(8)));
         return kFailed;
     }
+    return kOk;
+}
+int List(const QString &in, bool byValue) {
+    if (!LoadFile(in)) return kFailed;
+    const DataList list(!byValue);
+    for (int64_t i = 0; i < list.LineCount(); ++i) Print(list.Line(i));
     return kOk;
 }
 }  // namespace fm::cli

@@ -22,6 +22,7 @@ const char kUsageText[] =
     "  info FILE            what the information panel and the warnings show\n"
     "  info --json FILE     the same as one JSON object\n"
     "  convert IN OUT       load a log and save it again\n"
+    "  list FILE [--by-value]  the data list's text, by time or by value\n"
     "  export FILE --csv|--tab -o OUT\n"
     "                       the measurement as a \";\" table or a tab table\n"
     "  status --port DEV                       the logger's session state\n"
@@ -118,6 +119,11 @@ int main(int argc, char **argv) {
         const bool json = rest.removeAll(QStringLiteral("--json")) > 0;
         if (rest.size() != 1) return Usage("info takes one file");
         return cli::Info(rest[0], json);
+    }
+    if (cmd == QLatin1String("list")) {
+        const bool byValue = rest.removeAll(QStringLiteral("--by-value")) > 0;
+        if (rest.size() != 1) return Usage("list takes one file");
+        return cli::List(rest[0], byValue);
     }
     if (cmd == QLatin1String("export")) {
         const bool csv = rest.removeAll(QStringLiteral("--csv")) > 0;

@@ -22,6 +22,7 @@
 #include "shell/widgets/frm_info.h"
 #include "shell/widgets/frm_message_box.h"
 #include "shell/widgets/frm_settings.h"
+#include "shell/widgets/frm_source.h"
 #include "shell/widgets/frm_wait.h"
 #include "shell/widgets/frm_warnings.h"
 #include "shell/widgets/main_entry.h"
@@ -108,6 +109,8 @@ frmMain::frmMain() : DockControl_(this) {
     Warnings->Refresh();
 
     ApplyLanguage();
+    Views[15] = {[] { return ViewDataSource(true); }, [] { return Shared().SourceOpen; },
+                 [] { return bool(Options().OpenSource); }};
 }
 
 frmMain::~frmMain() {

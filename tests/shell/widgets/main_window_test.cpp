@@ -12,6 +12,8 @@
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/frm_message_box.h"
 #include "shell/widgets/frm_warnings.h"
+#include "shell/widgets/frm_source.h"
+#include "shell/widgets/source_view.h"
 #include "shell/widgets/main_entry.h"
 #include "support/modal.h"
 #include "support/test_env.h"
@@ -109,6 +111,31 @@ private slots:
         QCOMPARE(m->ButtonValue(19), 1);
         emit m->mnuWindows->aboutToShow();
         QVERIFY(m->mnuSubWindow[2]->isChecked());
+    }
+
+    void dataListOpensAfterALoadAndSwitchesOrder() {
+        frmMain *m = Start({QStringLiteral("-L"), log_});
+        QVERIFY(m);
+        QVERIFY(Shared().SourceOpen);
+        frmSource *list = m->findChild<frmSource *>();
+        QVERIFY(list);
+        QCOMPARE(list->windowTitle(), ResString(4074) + QStringLiteral(" [") + log_ + QLatin1Char(']'));
+        QCOMPARE(list->txtSource->MarkedLine(), list->txtSource->List()->MedianLine());
+        QVERIFY(list->txtSource->MarkedLine() >= 7);
+        list->GetSourceRow(3);  // chart point 3 is sample 4
+        QCOMPARE(list->txtSource->CurrentLine(), qint64(10));
+        m->resize(1100, 700);
+        test::Snapshot(m, QStringLiteral("main_with_list"));
+        list->SwitchOrder();
+        QVERIFY(!list->IsChronological());
+        QCOMPARE(list->lblOrder->text(), QStringLiteral("Lista dei dati ordinati per valore di risultante magnetica"));
+        list->GetSourceRow(0);  // in value order a chart point changes nothing
+        QCOMPARE(list->txtSource->CurrentLine(), qint64(-1));
+        list->SwitchOrder();
+        QCOMPARE(list->lblOrder->text(), QStringLiteral("Lista dei dati ordinati cronologicamente"));
+        // A second click on button 15 makes no second window.
+        m->tbrToolbar_ButtonClick(15);
+        QCOMPARE(m->findChildren<frmSource *>().size(), 1);
     }
 
     void unknownCommandLineTokenIsReported() {

@@ -1,0 +1,42 @@
+#pragma once
+// The text of the data list: a heading, then one row a sample, by time or by value.
+// Rows are made when asked for, so a list of a million samples costs nothing to open.
+#include <QByteArray>
+#include <QString>
+#include <cstdint>
+#include <vector>
+
+namespace fm {
+
+class DataList {
+public:
+    explicit DataList(bool chronological);
+    bool Chronological() const { return chronological_; }
+    // The order by value needs the sort of the data set; imports without it list by time only.
+    static bool ValueOrderAvailable();
+    int HeadingLines() const;  // with the blank line that closes the heading
+    int64_t LineCount() const;
+    QString Line(int64_t line) const;
+    // The line of the median's row, or -1.
+    int64_t MedianLine() const;
+    // The line of sample s (1-based) in the order by time.
+    int64_t LineOfSample(int32_t sample) const;
+    // The sample shown on a line, or 0 for a heading line.
+    int32_t SampleOfLine(int64_t line) const;
+    // The whole list as plain text with CR LF, in the Windows-1252 code page.
+    QByteArray PlainText() const;
+
+private:
+    QString Row(int32_t position) const;
+    bool chronological_;
+    // By value: the sample of each row. Samples without data sort as index 0; they are
+    // given back their own numbers here, in time order.
+    std::vector<int32_t> byValue_;
+    QString heading_[8];
+    int headingLines_ = 0;
+};
+
+// Saves the list's plain text under path, replacing it (the list window's save).
+bool SalvaDati(const DataList &list, const QString &path);
+
+} // namespace fm

@@ -1,0 +1,115 @@
+#include "shell/widgets/frm_source.h"
+
+#include "core/app_paths.h"
+#include "core/data_set.h"
+#include "core/fault.h"
+#include "core/host.h"
+#include "core/language.h"
+#include "core/widgets/icons.h"
+#include "core/widgets/set_up_form.h"
+#include "shell/data_list.h"
+#include "shell/widgets/frm_main.h"
+#include "shell/widgets/source_view.h"
+
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+namespace fm {
+namespace {
+const char kByTime[] = "Lista dei dati ordinati cronologicamente";
+const char kByValue[] = "Lista dei dati ordinati per valore di risultante magnetica";
+} // namespace
+
+frmSource::frmSource(QWidget *parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("frmSource"));
+    SetTag(this, 4074);
+    lblOrder = new QLabel(QString::fromLatin1(kByTime), this);
+    tbrGraphSrc = new QToolBar(this);
+    tbrGraphSrc->setIconSize(QSize(18, 18));
+    btnSave = tbrGraphSrc->addAction(ToolbarImage(2), ResString(4147), this, &frmSource::SaveList);
+    btnPrint = tbrGraphSrc->addAction(ToolbarImage(4), ResString(4148));
+    btnPrint->setEnabled(false);  // printing comes with its own work
+    btnClose = tbrGraphSrc->addAction(QIcon(MessageImage(0, 18)), ResString(4149), this, [this] {
+        if (parentWidget()) parentWidget()->close();
+    });
+    tbrGraphSrc->addSeparator();
+    btnOrder = tbrGraphSrc->addAction(ToolbarImage(10), ResString(4174), this, &frmSource::SwitchOrder);
+    btnOrder->setEnabled(DataList::ValueOrderAvailable());
+    txtSource = new SourceView(this);
+    auto *top = new QHBoxLayout;
+    top->addWidget(lblOrder, 1);
+    top->addWidget(tbrGraphSrc);
+    auto *lay = new QVBoxLayout(this);
+    lay->setContentsMargins(4, 2, 4, 4);
+    lay->addLayout(top);
+    lay->addWidget(txtSource, 1);
+    SetUpForm(this);
+    connect(txtSource, &SourceView::currentLineChanged, this, [this](int64_t line) {
+        if (const int32_t s = txtSource->List() ? txtSource->List()->SampleOfLine(line) : 0) emit sampleSelected(s);
+    });
+    Shared().SourceOpen = true;
+}
+
+frmSource::~frmSource() { Shared().SourceOpen = false; }
+
+void frmSource::ViewDataSource(bool chronological) {
+    TrapVoid("ViewDataSource", [&] {
+        if (!Data().DataPresent) return;
+        auto list = std::make_unique<DataList>(chronological);
+        const int64_t median = list->MedianLine();
+        txtSource->SetList(std::move(list));
+        txtSource->SetMarkedLine(median);
+    });
+}
+
+void frmSource::SwitchOrder() {
+    ViewDataSource(ByValue);
+    lblOrder->setText(QString::fromLatin1(ByValue ? kByTime : kByValue));
+    ByValue = !ByValue;
+}
+
+void frmSource::SaveList() {
+    frmMain *m = MainForm();
+    CommonDialog local;
+    CommonDialog &dlg = m ? m->dlgFile : local;
+    dlg = CommonDialog{};
+    dlg.CancelError = true;
+    dlg.DialogTitle = ResString(4084);
+    dlg.Filter = ResString(4085) + QStringLiteral(" (*.txt)|*.txt|") + ResString(3002) + QStringLiteral(" (*.*)|*.*");
+    dlg.FilterIndex = 1;
+    dlg.InitDir = AppDir() + QLatin1Char('/');
+    dlg.Flags = 6;
+    if (!dlg.ShowSave(this) || !txtSource->List()) return;
+    SalvaDati(*txtSource->List(), dlg.FileName);
+}
+
+void frmSource::GetSourceRow(int32_t point) {
+    TrapVoid("GetSourceRow", [&] {
+        if (!IsChronological() || !txtSource->List()) return;
+        txtSource->SelectLine(txtSource->List()->LineOfSample(point + 1));
+    });
+}
+
+void frmSource::showEvent(QShowEvent *e) {
+    QString caption = ResString(4074);
+    if (!Data().DataFile.isEmpty()) caption += QStringLiteral(" [") + Data().DataFile + QLatin1Char(']');
+    setWindowTitle(caption);
+    QWidget::showEvent(e);
+}
+
+QMdiSubWindow *ViewDataSource(bool chronological) {
+    frmMain *m = MainForm();
+    if (!m || !Data().DataPresent) return nullptr;
+    auto *form = new frmSource;
+    form->ViewDataSource(chronological);
+    QMdiSubWindow *w = m->mdiArea->addSubWindow(form);
+    w->setAttribute(Qt::WA_DeleteOnClose);
+    w->setWindowIcon(ToolbarImage(13));
+    w->resize(640, 420);
+    w->show();
+    return w;
+}
+} // namespace fm

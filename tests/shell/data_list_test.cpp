@@ -1,0 +1,60 @@
+// The data list's text: heading, rows by time and by value, the median's row.
+#include "core/data_set.h"
+#include "core/language.h"
+#include "files/log_file.h"
+#include "shell/data_list.h"
+#include "support/recorder_host.h"
+#include "support/test_env.h"
+
+#include <gtest/gtest.h>
+
+using namespace fm;
+
+TEST(DataList, RowsByTimeAndByValue) {
+    test::Fresh fresh(1);
+    test::RecorderHost host;
+    test::ScopedLocale it(QStringLiteral("it_IT"));
+    const QString log = fresh.Path(QStringLiteral("in.log"));
+    test::WriteBytes(log, test::LogText({"Field Activity Log", "13/10/2026 23:59:00@14/10/2026 00:03:00@3", "1n", "4",
+                                         "ID", "Cabina", "10.00 20.00 30.00  0", "-1 -1 -1 0", "0.30 0.40 0.00  0",
+                                         "1.00 0.00 0.00  0"}));
+    ASSERT_TRUE(LoadFile(log));
+    const DataList byTime(true);
+    ASSERT_EQ(byTime.HeadingLines(), 7);
+    EXPECT_EQ(byTime.Line(4), QStringLiteral("         Mediana dei dati :0,75(uT)"));
+    EXPECT_EQ(byTime.Line(6), QString());
+    // Every column 8 wide; the first format has no blanks of its own.
+    EXPECT_EQ(byTime.Line(7), QStringLiteral("13/10/2026 23:59:00   10,00   20,00   30,00   37,42"));
+    EXPECT_EQ(byTime.Line(8), QStringLiteral("14/10/2026 00:00:00 NOT AVAILABLE - OPERATING GSM"));
+    EXPECT_EQ(byTime.LineCount(), 11);
+    // Values 37.42, -1 (0 in the sort), 0.5, 1: the median 0.75 is the mean of rows 2 and 3 by value.
+    EXPECT_EQ(Data().MedianPos, 2);
+    EXPECT_EQ(byTime.MedianLine(), 9);  // sample 3 (0.5) stands on line 9 by time
+    const DataList byValue(false);
+    EXPECT_EQ(byValue.SampleOfLine(7), 2);  // the mark sorts first, as 0
+    EXPECT_EQ(byValue.Line(7), QStringLiteral("14/10/2026 NOT AVAILABLE - OPERATING GSM"));
+    EXPECT_EQ(byValue.SampleOfLine(10), 1);
+    EXPECT_EQ(byValue.MedianLine(), 8);
+    // Saved as plain text with CR LF, and a failure keeps the old file.
+    const QString out = fresh.Path(QStringLiteral("list.txt"));
+    ASSERT_TRUE(SalvaDati(byTime, out));
+    EXPECT_TRUE(test::ReadBytes(out).contains("23:59:00   10,00   20,00   30,00   37,42\r\n"));
+}
+
+TEST(DataList, ImportsWithoutTheSortListByTimeOnly) {
+    test::Fresh fresh(1);
+    MeasurementData &d = Data();
+    d.DataPresent = true;
+    d.DataCount = 2;
+    d.DataX = d.DataY = d.DataZ = {0, 1, 2};
+    d.DataValue = {0, 1.73, 3.46};
+    d.DataStep = 5;
+    d.DataStepUnit = QStringLiteral("s");
+    d.DataIsCsv = true;  // no sorted arrays, one more heading line
+    EXPECT_FALSE(DataList::ValueOrderAvailable());
+    const DataList list(false);
+    EXPECT_TRUE(list.Chronological());
+    EXPECT_EQ(list.HeadingLines(), 8);
+    EXPECT_EQ(list.LineOfSample(1), 8);
+    EXPECT_EQ(list.MedianLine(), -1);
+}
