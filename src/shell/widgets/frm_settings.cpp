@@ -155,13 +155,12 @@ frmSettings::frmSettings(QWidget *parent) : QDialog(parent) {
 void frmSettings::ShowColor(int i) {
     const int k = i < 0 ? -1 - i : i;
     if (i >= 0) {
-        CommonDialog &dlg = MainForm() ? MainForm()->dlgFile : *new CommonDialog;
+        CommonDialog local;
+        CommonDialog &dlg = MainForm() ? MainForm()->dlgFile : local;
         dlg.Flags = 1;
         dlg.CancelError = true;
         dlg.Color = colors[size_t(k)];
-        const bool chosen = dlg.ShowColor(this);
-        if (!MainForm()) delete &dlg;
-        if (!chosen) return;
+        if (!dlg.ShowColor(this)) return;
         colors[size_t(k)] = dlg.Color;
     }
     const uint32_t v = colors[size_t(k)];
