@@ -117,6 +117,10 @@ bool Load(const QString &fileName) {
         return false;
     }
     const int32_t n = CLng(count);
+    // The shortest sample is three blanks and a line end or comma: a count the rest
+    // of the file cannot hold ends here, before the data set takes it or memory is
+    // taken for it, so the samples in memory still agree with their count.
+    if (in.Remaining() < qint64(n) * 4 - 1) Raise(err::InputPastEnd);
     d.DataCount = n;
     Read(in, field);
     d.SetShortID(Text(field).trimmed());
@@ -124,9 +128,6 @@ bool Load(const QString &fileName) {
     d.SetLongID(Text(field).trimmed());
     d.DataSource = QStringLiteral("File");
     d.DataFile = fileName;
-    // A sample takes at least four bytes: a count the rest of the file cannot hold
-    // ends here, before memory is taken for it.
-    if (in.Remaining() < qint64(n) * 4) Raise(err::InputPastEnd);
 
     d.SizeArrays(n);
     d.DataDateCount = 0;

@@ -3,20 +3,31 @@
 #include "core/cp1252.h"
 #include "core/regional.h"
 
+#include <algorithm>
+#include <charconv>
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace fm {
 
 SampleWriter::SampleWriter() : mark_(char(DecimalMark().toLatin1())) {}
 
-// The "0.00 " form with its half-to-even rounding, without building a QString per value.
+// The "0.00 " form without a QString per value, with the same rounding: half to even
+// on the shortest decimal text of the float, so 0.165f writes 0.16 as it reads.
 void SampleWriter::Value(QByteArray &out, float v) const {
-    const double r = RoundHalfEven(double(v), 2);
-    if (!std::isfinite(r) || std::fabs(r) >= 1e12) {
+    const double r = double(v) * 100;
+    // Near a tie the single-precision value's own decimal text decides, as the pattern
+    // formatter does: 0.165f is "0.165" and goes to 0.16.
+    // "Near" is within the float's own spacing: its shortest text can sit that far from its binary value.
+    const float a = std::fabs(v);
+    const double spacing = 100.0 * double(std::nextafter(a, std::numeric_limits<float>::infinity()) - a);
+    if (!std::isfinite(r) || std::fabs(r) >= 1e12 ||
+        std::fabs(std::fabs(r - std::trunc(r)) - 0.5) <= std::max(1e-3, spacing)) {
         out += ToCp1252(FormatNumber(v, u"0.00 "));
         return;
     }
-    long long hundredths = std::llround(r * 100);
+    long long hundredths = std::llround(r);
     if (hundredths < 0) {
         out += '-';
         hundredths = -hundredths;

@@ -154,9 +154,13 @@ TEST_F(LogFileTest, BrokenSampleSectionsAreReportedAsFaults) {
         EXPECT_TRUE(host.boxes[0].text.contains(QStringLiteral("Error Raised by  : LoadFile")));
         EXPECT_FALSE(Data().DataPresent);
     }
-    // A count far beyond what the file holds is refused before memory is taken.
+    // A count far beyond what the file holds is refused before memory is taken, and
+    // the samples in memory keep the count they came with.
+    ASSERT_TRUE(LoadFile(Write(Log({"1 1 1 0", "2 2 2 0"}))));
     EXPECT_FALSE(LoadFile(Write(Log({"1 1 1 0"}, QStringLiteral("2000000000")))));
     EXPECT_TRUE(host.LastBox().contains(QStringLiteral("Input past end of file")));
+    EXPECT_EQ(Data().DataCount, 2);
+    EXPECT_EQ(Data().DataX.size(), 3u);
 }
 
 TEST_F(LogFileTest, SaveAsksBeforeReplacingAndKeepsTheOldFileOnFailure) {
