@@ -2,8 +2,11 @@
 
 #include "core/data_set.h"
 #include "core/fault.h"
+#include "core/regional.h"
 #include "realtime/live_record.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace fm {
@@ -81,6 +84,42 @@ void CalculateMediana() {
             d.MedianPos = half;
             d.DataMedian = (at(half) + at(half + 1)) / 2;
         }
+    });
+}
+
+Histogram &Statistics() {
+    static Histogram h;
+    return h;
+}
+
+void DoStatistics(float minValue, float maxValue, float classesIn) {
+    TrapVoid("DoStatistics", [&] {
+        const int c = int(classesIn);
+        const MeasurementData &d = Data();
+        if (c > 11 || !(maxValue > minValue) || d.DataCount == 0) return;
+        Histogram &h = Statistics();
+        h.StatClasses = 0;
+        h.StatPercent.fill(0);
+        for (QString &l : h.StatLabel) l.clear();
+        const int low = minValue > 0 ? 1 : 0;
+        const float width = (maxValue - minValue) / float(c - low - 1);
+        const char16_t *fmt = width <= 0.1f ? u"#0.00" : u"#0.0";
+        if (low) h.StatLabel[1] = QLatin1Char('<') + FormatNumber(minValue, fmt);
+        for (int i = low + 1; i <= c - 1; ++i) {
+            const double lower = double(i - low - 1) * width + minValue;
+            const double upper = double(i - low) * width + minValue;
+            h.StatLabel[size_t(i)] = FormatNumber(lower, fmt) + QLatin1Char('-') + FormatNumber(upper, fmt);
+        }
+        h.StatLabel[size_t(c)] = QLatin1Char('>') + FormatNumber(maxValue, fmt);
+        for (int32_t i = 1; i <= d.DataCount; ++i) {
+            const double v = d.DataValue[size_t(i)];
+            if (!(v > 0)) continue;  // zeros and marks are counted nowhere
+            const double k = std::floor((v - minValue) / width);
+            const int cls = k < 0 ? 1 : int(std::min<double>(k + 1 + low, c));
+            h.StatPercent[size_t(cls)] += 1;
+        }
+        h.StatClasses = int16_t(c);
+        for (int i = 1; i <= c; ++i) h.StatPercent[size_t(i)] = h.StatPercent[size_t(i)] / d.DataCount * 100;
     });
 }
 

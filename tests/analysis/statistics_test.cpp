@@ -115,3 +115,36 @@ TEST(Statistics, AnEmptySetIsReportedNotRead) {
     EXPECT_TRUE(host.boxes[0].text.contains(QStringLiteral("CalculateStats")));
     EXPECT_TRUE(host.boxes[1].text.contains(QStringLiteral("CalculateMediana")));
 }
+
+TEST(Statistics, HistogramClassesAndLabels) {
+    test::Fresh fresh;
+    test::ScopedLocale us(QStringLiteral("en_US"));
+    SetValues({0.5, 10, 9.99, 0, -1, 3});
+    DoStatistics(0, 10, 11);
+    const Histogram &h = Statistics();
+    ASSERT_EQ(h.StatClasses, 11);
+    EXPECT_EQ(h.StatLabel[1], QStringLiteral("0.0-1.0"));
+    EXPECT_EQ(h.StatLabel[10], QStringLiteral("9.0-10.0"));
+    EXPECT_EQ(h.StatLabel[11], QStringLiteral(">10.0"));
+    EXPECT_DOUBLE_EQ(h.StatPercent[11], 100.0 / 6);  // exactly 10 falls in the last class
+    EXPECT_DOUBLE_EQ(h.StatPercent[1], 100.0 / 6);
+    double sum = 0;
+    for (int i = 1; i <= 11; ++i) sum += h.StatPercent[size_t(i)];
+    EXPECT_NEAR(sum, 400.0 / 6, 1e-9);  // zeros and marks count in n but in no class
+
+    DoStatistics(2, 4, 3);
+    EXPECT_EQ(h.StatLabel[1], QStringLiteral("<2.0"));
+    EXPECT_EQ(h.StatLabel[2], QStringLiteral("2.0-4.0"));
+    EXPECT_EQ(h.StatLabel[3], QStringLiteral(">4.0"));
+    EXPECT_DOUBLE_EQ(h.StatPercent[1], 100.0 / 6);  // 0.5 lies below the scale
+    DoStatistics(0, 0.5f, 6);
+    EXPECT_EQ(h.StatLabel[1], QStringLiteral("0.00-0.10"));
+    // Limits that are no range leave the last run as it was.
+    DoStatistics(3, 3, 5);
+    EXPECT_EQ(h.StatClasses, 6);
+    EXPECT_EQ(h.StatLabel[1], QStringLiteral("0.00-0.10"));
+    // A million samples are counted: no 16-bit limit.
+    SetValues(std::vector<double>(1000000, 1.5));
+    DoStatistics(0, 10, 11);
+    EXPECT_DOUBLE_EQ(Statistics().StatPercent[2], 100.0);
+}
