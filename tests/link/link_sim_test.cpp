@@ -5,6 +5,7 @@
 #include "core/data_set.h"
 #include "core/language.h"
 #include "core/regional.h"
+#include "files/log_file.h"
 #include "link/link_state.h"
 #include "link/operations.h"
 #include "link/packet.h"
@@ -217,4 +218,76 @@ TEST_F(LinkTest, UploadFaultsLeaveTheDataSetAlone) {
     EXPECT_EQ(host.dateAsked, 1);
     EXPECT_EQ(Data().DataStart, DateFromParts(2013, 5, 6, 7, 8));
     EXPECT_EQ(Data().DataCount, 571);
+}
+
+TEST_F(LinkTest, EveryMemorySizeUploadsAndSavesSampleForSample) {
+    for (const int memory : {4096, 8192, 32768, 65536}) {
+        SCOPED_TRACE(memory);
+        const QString dump = fresh.Path(QStringLiteral("samples%1.txt").arg(memory));
+        Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast"), QStringLiteral("--memory"), QString::number(memory),
+                                           QStringLiteral("--dump-samples"), dump});
+        ASSERT_TRUE(SelectPort(0));
+        ASSERT_TRUE(UploadData());
+        const QString log = fresh.Path(QStringLiteral("up%1.log").arg(memory));
+        ASSERT_TRUE(SaveFile(log));
+        Data() = MeasurementData{};
+        ASSERT_TRUE(LoadFile(log));
+        const QStringList expected = QString::fromLatin1(test::ReadBytes(dump)).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        const MeasurementData &d = Data();
+        ASSERT_EQ(d.DataCount, expected.size());
+        EXPECT_EQ(d.DataCount, std::min((memory - 96) / 7, 9348));
+        for (int i = 1; i <= d.DataCount; ++i) {
+            const QString got = QStringLiteral("%1 %2 %3").arg(d.DataX[size_t(i)], 0, 'f', 2).arg(d.DataY[size_t(i)], 0, 'f', 2)
+                                    .arg(d.DataZ[size_t(i)], 0, 'f', 2);
+            ASSERT_EQ(got, expected[i - 1]) << "sample " << i;
+        }
+        DropCommunication();
+        Seriale().SetPortOpen(false);
+    }
+}
+
+namespace {
+// The start's steps as a list: what the dialog would tick and mark.
+class StepRecorder : public StartProgress {
+public:
+    QList<int> states;
+    int failed = -1;
+    void Begin() override {}
+    void SetState(int step) override { states << step; }
+    void MarkFailed(int step) override { failed = step; }
+    void WaitForClose() override {}
+    void End(bool) override {}
+};
+} // namespace
+
+TEST_F(LinkTest, SessionStartStopsAtTheRefusedCommand) {
+    Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast")});
+    ASSERT_TRUE(SelectPort(0));
+    ASSERT_TRUE(InitCommunication());
+    const QDateTime now(QDate(2014, 6, 1), QTime(10, 0));
+    Link().MonitorImage = {3, 0x05, 0, 0, 0, 0, 0, 0, 0, 0};
+    // A refusal of the clock, the session block or the start marks lines 1, 2 and 4.
+    const std::pair<int, int> refusals[] = {{11, 0}, {12, 1}, {13, 3}};
+    for (const auto &[command, line] : refusals) {
+        SCOPED_TRACE(command);
+        sim.Say(QStringLiteral("fault refuse %1").arg(command));
+        StepRecorder steps;
+        EXPECT_FALSE(StartMonitoraggio(steps, now));
+        EXPECT_EQ(steps.failed, line);
+        EXPECT_TRUE(Shared().CommOpen);
+        EXPECT_NE(Shared().KeepAliveTimer, 0);  // supervision resumes after a failed start
+        Shared().FailCount = 0;
+    }
+    sim.Say(QStringLiteral("fault none"));
+    StepRecorder steps;
+    ASSERT_TRUE(StartMonitoraggio(steps, now));
+    EXPECT_EQ(steps.states, (QList<int>{0, 1, 2, 3, 4}));
+    EXPECT_FALSE(Shared().CommOpen);  // the logger works alone now
+    ASSERT_TRUE(SendCommand(10, true, false, kReplyTimeoutMs));  // brings the link up again
+    EXPECT_EQ(Link().MonitorSettings[16], 0x03);  // running
+    EXPECT_EQ(Link().MonitorSettings[6], 0x05);
+    ASSERT_TRUE(StopMonitor());
+    ASSERT_TRUE(SendCommand(10, true, false, kReplyTimeoutMs));
+    EXPECT_EQ(Link().MonitorSettings[16], 0x07);
+    EXPECT_EQ(Link().MonitorSettings[18], 4);
 }
