@@ -13,4 +13,12 @@ QString Tag(const QObject *object);
 // The tab captions of a tab strip, by their own Tags.
 void SetTabTags(QObject *tabStrip, const QStringList &tags);
 void SetUpForm(QWidget *form);
+
+// A control with its designed caption and the number of its text.
+template <class T>
+T *Tagged(QWidget *parent, const char *caption, int tag) {
+    auto *w = new T(QString::fromUtf8(caption), parent);
+    if (tag) SetTag(w, tag);
+    return w;
+}
 } // namespace fm

@@ -41,12 +41,6 @@ void Paint(QLabel *l, uint32_t back) {
     l->setPalette(p);
 }
 
-template <class T>
-T *Tagged(QWidget *parent, const char *caption, int tag) {
-    auto *w = new T(QString::fromUtf8(caption), parent);
-    if (tag) SetTag(w, tag);
-    return w;
-}
 } // namespace
 
 frmMonitor::frmMonitor(QWidget *parent) : QDialog(parent) {

@@ -33,12 +33,6 @@ uint32_t *Field(int i) {
     return fields[i];
 }
 
-template <class T>
-T *Tagged(QWidget *parent, const char *caption, int tag) {
-    auto *w = new T(QString::fromUtf8(caption), parent);
-    if (tag) SetTag(w, tag);
-    return w;
-}
 } // namespace
 
 frmSettings::frmSettings(QWidget *parent) : QDialog(parent) {
