@@ -23,6 +23,7 @@
 #include "shell/widgets/frm_message_box.h"
 #include "shell/widgets/frm_settings.h"
 #include "shell/widgets/frm_source.h"
+#include "charts/widgets/frm_graph_te.h"
 #include "shell/widgets/frm_wait.h"
 #include "shell/widgets/frm_warnings.h"
 #include "shell/widgets/main_entry.h"
@@ -109,6 +110,8 @@ frmMain::frmMain() : DockControl_(this) {
     Warnings->Refresh();
 
     ApplyLanguage();
+    Views[13] = {[] { return ShowGraphTe(); }, [] { return Shared().GraphTeOpen; },
+                 [] { return bool(Options().OpenGraphTe); }};
     Views[15] = {[] { return ViewDataSource(true); }, [] { return Shared().SourceOpen; },
                  [] { return bool(Options().OpenSource); }};
 }

@@ -10,6 +10,7 @@
 #include "shell/data_list.h"
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/source_view.h"
+#include "charts/widgets/frm_graph_te.h"
 
 #include <QLabel>
 #include <QMdiArea>
@@ -110,6 +111,9 @@ QMdiSubWindow *ViewDataSource(bool chronological) {
     w->setWindowIcon(ToolbarImage(13));
     w->resize(640, 420);
     w->show();
+    // The selected row puts the chart's cross on its sample.
+    if (auto *chart = m->findChild<frmGraphTe *>())
+        QObject::connect(form, &frmSource::sampleSelected, chart, &frmGraphTe::GetChartPoint);
     return w;
 }
 } // namespace fm

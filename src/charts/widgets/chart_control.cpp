@@ -1,0 +1,242 @@
+#include "charts/widgets/chart_control.h"
+
+#include <QSvgGenerator>
+#include <QVBoxLayout>
+#include <cmath>
+#include <limits>
+#include <qcustomplot.h>
+
+namespace fm {
+namespace {
+// Ticks at whole point positions, each labelled with its point's own text.
+class LabelTicker : public QCPAxisTicker {
+public:
+    explicit LabelTicker(const std::vector<QString> *labels) : labels_(labels) {}
+
+protected:
+    double getTickStep(const QCPRange &range) override {
+        // About one label every 110 pixels of a typical chart, on whole positions.
+        const double step = std::max(1.0, std::ceil(range.size() / 8));
+        return step;
+    }
+    QString getTickLabel(double tick, const QLocale &, QChar, int) override {
+        const long i = std::lround(tick);
+        return i >= 0 && size_t(i) < labels_->size() ? (*labels_)[size_t(i)] : QString();
+    }
+
+private:
+    const std::vector<QString> *labels_;
+};
+} // namespace
+
+ChartControl::ChartControl(QWidget *parent) : QWidget(parent), plot_(new QCustomPlot(this)) {
+    auto *lay = new QVBoxLayout(this);
+    lay->setContentsMargins(0, 0, 0, 0);
+    lay->addWidget(plot_);
+    plot_->setNoAntialiasingOnDrag(true);
+    plot_->xAxis->setTicker(QSharedPointer<QCPAxisTicker>(new LabelTicker(&labels_)));
+    plot_->xAxis->setTickLabelFont(QFont(font().family(), 8));
+    plot_->yAxis->setNumberFormat(QStringLiteral("f"));
+    plot_->yAxis->setNumberPrecision(2);
+    crossV_ = new QCPItemStraightLine(plot_);
+    crossH_ = new QCPItemStraightLine(plot_);
+    for (auto *l : {crossV_, crossH_}) {
+        l->setPen(QPen(Qt::red, 1));
+        l->setVisible(false);
+    }
+    connect(plot_, &QCustomPlot::plottableClick, this, [this](QCPAbstractPlottable *p, int index, QMouseEvent *) {
+        for (size_t s = 0; s < series_.size(); ++s)
+            if (series_[s].plottable == p) emit pointClicked(int(s), index);
+    });
+    connect(plot_->xAxis, qOverload<const QCPRange &>(&QCPAxis::rangeChanged), this, [this] {
+        HideCross();
+        emit rangeChanged();
+    });
+}
+
+void ChartControl::RemoveAllSeries() {
+    plot_->clearPlottables();
+    series_.clear();
+    labels_.clear();
+}
+
+int ChartControl::AddSeries(Kind kind) {
+    QCPAbstractPlottable *p = nullptr;
+    if (kind == Bars) {
+        auto *bars = new QCPBars(plot_->xAxis, plot_->yAxis);
+        bars->setWidth(0.7);
+        p = bars;
+    } else {
+        auto *g = plot_->addGraph();
+        g->setAdaptiveSampling(true);  // keeps a million points fast
+        p = g;
+    }
+    series_.push_back({kind, p, {}});
+    return int(series_.size()) - 1;
+}
+
+void ChartControl::SetSeriesTitle(int s, const QString &title) { series_[size_t(s)].plottable->setName(title); }
+
+void ChartControl::SetSeriesColor(int s, QColor c) {
+    QCPAbstractPlottable *p = series_[size_t(s)].plottable;
+    p->setPen(QPen(c, series_[size_t(s)].kind == Bars ? 1 : 1.2));
+    if (series_[size_t(s)].kind == Bars) p->setBrush(c);
+}
+
+void ChartControl::SetActive(int s, bool active) {
+    series_[size_t(s)].plottable->setVisible(active);
+    plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+bool ChartControl::Active(int s) const { return series_[size_t(s)].plottable->visible(); }
+
+void ChartControl::Add(int s, double value, const QString &label) {
+    auto &v = series_[size_t(s)].values;
+    if (labels_.size() <= v.size()) labels_.push_back(label);
+    v.push_back(value);
+}
+
+void ChartControl::AddNull(int s, const QString &label) { Add(s, std::numeric_limits<double>::quiet_NaN(), label); }
+
+void ChartControl::ClearSeries(int s) { series_[size_t(s)].values.clear(); }
+
+int ChartControl::Count(int s) const { return int(series_[size_t(s)].values.size()); }
+
+void ChartControl::Refresh() {
+    size_t n = 0;
+    for (Series &s : series_) {
+        QVector<double> keys(qsizetype(s.values.size())), values(qsizetype(s.values.size()));
+        for (size_t i = 0; i < s.values.size(); ++i) {
+            keys[qsizetype(i)] = double(i);
+            values[qsizetype(i)] = s.values[i];
+        }
+        if (auto *g = qobject_cast<QCPGraph *>(s.plottable)) g->setData(keys, values, true);
+        else if (auto *b = qobject_cast<QCPBars *>(s.plottable)) b->setData(keys, values, true);
+        n = std::max(n, s.values.size());
+    }
+    const double pad = series_.empty() || series_[0].kind != Bars ? 0 : 0.6;
+    plot_->xAxis->setRange(-pad, std::max(1.0, double(n) - 1 + pad));
+    plot_->replot();
+}
+
+void ChartControl::SetTitle(const QString &title) {
+    if (!title_) {
+        plot_->plotLayout()->insertRow(0);
+        title_ = new QCPTextElement(plot_, title, QFont(font().family(), 10, QFont::Bold));
+        plot_->plotLayout()->addElement(0, 0, title_);
+    }
+    title_->setText(title);
+}
+
+void ChartControl::SetBackColor(QColor c) { plot_->axisRect()->setBackground(c); }
+
+void ChartControl::SetLegendVisible(bool on) { plot_->legend->setVisible(on); }
+
+void ChartControl::SetAllowZoom(bool on) {
+    plot_->setInteraction(QCP::iRangeZoom, on);
+    plot_->setInteraction(QCP::iSelectPlottables, true);
+    plot_->setSelectionRectMode(on ? QCP::srmZoom : QCP::srmNone);
+    plot_->axisRect()->setRangeZoom(Qt::Horizontal | Qt::Vertical);
+}
+
+void ChartControl::UndoZoom() {
+    size_t n = 0;
+    for (const Series &s : series_) n = std::max(n, s.values.size());
+    plot_->xAxis->setRange(0, std::max(1.0, double(n) - 1));
+    plot_->yAxis->setRange(fullMin_, fullMax_);
+    plot_->replot();
+}
+
+void ChartControl::SetLeftRange(double minimum, double maximum, double increment) {
+    fullMin_ = minimum;
+    fullMax_ = maximum;
+    plot_->yAxis->setRange(minimum, maximum);
+    if (!log_) {
+        auto ticker = QSharedPointer<QCPAxisTickerFixed>(new QCPAxisTickerFixed);
+        if (increment > 0) {
+            ticker->setTickStep(increment);
+            ticker->setScaleStrategy(QCPAxisTickerFixed::ssMultiples);  // no crowded labels on small charts
+            plot_->yAxis->setTicker(ticker);
+        } else {
+            plot_->yAxis->setTicker(QSharedPointer<QCPAxisTicker>(new QCPAxisTicker));
+        }
+    }
+}
+
+void ChartControl::SetLogarithmic(bool on) {
+    log_ = on;
+    plot_->yAxis->setScaleType(on ? QCPAxis::stLogarithmic : QCPAxis::stLinear);
+    if (on) {
+        auto ticker = QSharedPointer<QCPAxisTickerLog>(new QCPAxisTickerLog);
+        ticker->setLogBase(10);
+        plot_->yAxis->setTicker(ticker);
+        plot_->yAxis->setNumberFormat(QStringLiteral("gb"));
+    } else {
+        plot_->yAxis->setNumberFormat(QStringLiteral("f"));
+    }
+}
+
+void ChartControl::SetLeftTitle(const QString &title) { plot_->yAxis->setLabel(title); }
+void ChartControl::SetBottomTitle(const QString &title) { plot_->xAxis->setLabel(title); }
+
+QPointF ChartControl::PointPosition(int s, int i) const {
+    const auto &v = series_[size_t(s)].values;
+    if (i < 0 || size_t(i) >= v.size()) return {};
+    return {plot_->xAxis->coordToPixel(i), plot_->yAxis->coordToPixel(v[size_t(i)])};
+}
+
+void ChartControl::SetLevelLine(double value, QColor color) {
+    if (!level_) level_ = new QCPItemStraightLine(plot_);
+    level_->point1->setCoords(0, value);
+    level_->point2->setCoords(1, value);
+    level_->setPen(QPen(color, 1, Qt::DashLine));
+}
+
+void ChartControl::ShowCross(int s, int i) {
+    const auto &v = series_[size_t(s)].values;
+    if (i < 0 || size_t(i) >= v.size() || std::isnan(v[size_t(i)])) return;
+    crossV_->point1->setCoords(i, 0);
+    crossV_->point2->setCoords(i, 1);
+    crossH_->point1->setCoords(0, v[size_t(i)]);
+    crossH_->point2->setCoords(1, v[size_t(i)]);
+    crossV_->setVisible(true);
+    crossH_->setVisible(true);
+    plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+void ChartControl::HideCross() {
+    if (!crossV_->visible()) return;
+    crossV_->setVisible(false);
+    crossH_->setVisible(false);
+    plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+bool ChartControl::CrossVisible() const { return crossV_->visible(); }
+
+void ChartControl::resizeEvent(QResizeEvent *e) {
+    HideCross();
+    QWidget::resizeEvent(e);
+}
+
+bool ChartControl::ExportJpeg(const QString &file, int width, int height, int quality) {
+    return plot_->saveJpg(file, width, height, 1.0, quality);
+}
+
+bool ChartControl::Export(const QString &file, int width, int height) {
+    const QString lower = file.toLower();
+    if (lower.endsWith(QLatin1String(".png"))) return plot_->savePng(file, width, height);
+    if (lower.endsWith(QLatin1String(".pdf"))) return plot_->savePdf(file, width, height);
+    if (lower.endsWith(QLatin1String(".svg"))) {
+        QSvgGenerator svg;
+        svg.setFileName(file);
+        svg.setSize(QSize(width, height));
+        svg.setViewBox(QRect(0, 0, width, height));
+        QCPPainter painter;
+        if (!painter.begin(&svg)) return false;
+        plot_->toPainter(&painter, width, height);
+        return painter.end();
+    }
+    return ExportJpeg(file, width, height, 100);
+}
+
+} // namespace fm

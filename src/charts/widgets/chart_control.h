@@ -1,0 +1,89 @@
+#pragma once
+// The chart control the chart windows rely on, over QCustomPlot: series by index
+// (line, bars, fast line), points with a label each and null points that break a line,
+// axis settings, a title, zoom, point positions, and export.
+#include <QColor>
+#include <QString>
+#include <QWidget>
+#include <functional>
+#include <vector>
+
+class QCustomPlot;
+class QCPAbstractPlottable;
+class QCPItemStraightLine;
+class QCPTextElement;
+
+namespace fm {
+
+class ChartControl : public QWidget {
+    Q_OBJECT
+public:
+    enum Kind { Line = 0, Bars = 1, FastLine = 6 };
+    explicit ChartControl(QWidget *parent = nullptr);
+
+    void RemoveAllSeries();
+    int AddSeries(Kind kind);
+    int SeriesCount() const { return int(series_.size()); }
+    void SetSeriesTitle(int s, const QString &title);
+    void SetSeriesColor(int s, QColor c);
+    void SetActive(int s, bool active);
+    bool Active(int s) const;
+    // Points go at the next whole x position; labels are kept once for all series.
+    void Add(int s, double value, const QString &label);
+    void AddNull(int s, const QString &label);
+    void ClearSeries(int s);
+    int Count(int s) const;
+    // Builds the plot after the points were added (the control draws on demand).
+    void Refresh();
+
+    void SetTitle(const QString &title);
+    void SetBackColor(QColor c);
+    void SetLegendVisible(bool on);
+    void SetAllowZoom(bool on);
+    void UndoZoom();
+
+    // The left axis.
+    void SetLeftRange(double minimum, double maximum, double increment);
+    void SetLogarithmic(bool on);
+    bool Logarithmic() const { return log_; }
+    void SetLeftTitle(const QString &title);
+    void SetBottomTitle(const QString &title);
+
+    // Pixel position of point i of series s, in the chart's own coordinates.
+    QPointF PointPosition(int s, int i) const;
+    // A horizontal line across the plot at a value of the left axis (the threshold).
+    void SetLevelLine(double value, QColor color);
+    // The red cross lines on a point; hidden by a zoom or a resize.
+    void ShowCross(int s, int i);
+    void HideCross();
+    bool CrossVisible() const;
+
+    // Images: JPEG at the size and quality given, PNG, SVG, PDF by the extension.
+    bool ExportJpeg(const QString &file, int width, int height, int quality);
+    bool Export(const QString &file, int width, int height);
+
+    QCustomPlot *Plot() const { return plot_; }
+
+signals:
+    void pointClicked(int series, int point);
+    void rangeChanged();
+
+protected:
+    void resizeEvent(QResizeEvent *e) override;
+
+private:
+    struct Series {
+        Kind kind;
+        QCPAbstractPlottable *plottable;
+        std::vector<double> values;  // NaN for a null point
+    };
+    std::vector<Series> series_;
+    std::vector<QString> labels_;
+    QCustomPlot *plot_;
+    QCPTextElement *title_ = nullptr;
+    QCPItemStraightLine *level_ = nullptr, *crossV_ = nullptr, *crossH_ = nullptr;
+    bool log_ = false;
+    double fullMin_ = 0, fullMax_ = 1;
+};
+
+} // namespace fm

@@ -1,0 +1,192 @@
+#include "charts/widgets/frm_graph_te.h"
+
+#include "charts/widgets/chart_control.h"
+#include "core/data_set.h"
+#include "core/fault.h"
+#include "core/host.h"
+#include "core/language.h"
+#include "core/options.h"
+#include "core/regional.h"
+#include "core/widgets/icons.h"
+#include "core/widgets/set_up_form.h"
+#include "shell/widgets/frm_main.h"
+#include "shell/widgets/frm_source.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPushButton>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+namespace fm {
+namespace {
+QColor FromBgr(uint32_t c) { return QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF)); }
+uint32_t TraceColor(int k) {
+    const OptionsRecord &o = Options();
+    const uint32_t c[] = {o.ColorTrace1, o.ColorTrace2, o.ColorTrace3, o.ColorTrace4};
+    return c[k];
+}
+frmSource *Source() {
+    frmMain *m = MainForm();
+    return m ? m->findChild<frmSource *>() : nullptr;
+}
+} // namespace
+
+frmGraphTe::frmGraphTe(QWidget *parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("frmGraphTe"));
+    SetTag(this, 4014);
+    teeEvolution = new ChartControl(this);
+    auto *panel = Tagged<QGroupBox>(this, "Chart Control", 4009);
+    panel->setFixedWidth(230);
+    auto *g = new QGridLayout(panel);
+    for (int k = 0; k < 4; ++k) {
+        Linea[size_t(k)] = new QLabel(panel);
+        Linea[size_t(k)]->setFixedSize(24, 3);
+        Linea[size_t(k)]->setStyleSheet(QStringLiteral("background:%1").arg(FromBgr(TraceColor(k)).name()));
+        lblDescrizione[size_t(k)] = Tagged<QLabel>(panel, "Field X [uT]", 4015 + k);
+        chkHidePlot[size_t(k)] = Tagged<QCheckBox>(panel, "Hide", 4019);
+        g->addWidget(Linea[size_t(k)], k, 0);
+        g->addWidget(lblDescrizione[size_t(k)], k, 1);
+        g->addWidget(chkHidePlot[size_t(k)], k, 2);
+        connect(chkHidePlot[size_t(k)], &QCheckBox::toggled, this, [this, k](bool hide) {
+            teeEvolution->SetActive(k, !hide);
+            if (k == 3) teeEvolution->HideCross();
+        });
+    }
+    chkLogaritmic = Tagged<QCheckBox>(panel, "X Logaritmico", 4208);
+    btnFullScale = Tagged<QPushButton>(panel, "Scala 1:1", 4020);
+    btnFullScale->setToolTip(ResString(4146));
+    btnShowRf = Tagged<QPushButton>(panel, "Mostra dati RF", 4207);
+    btnShowRf->setVisible(false);  // the RF chart comes with the import of its files
+    g->setVerticalSpacing(4);
+    g->addWidget(chkLogaritmic, 4, 0, 1, 3);
+    g->addWidget(btnFullScale, 5, 0, 1, 3);
+    g->addWidget(btnShowRf, 6, 0, 1, 3);
+    g->setRowStretch(7, 1);
+    tbrGraphTe = new QToolBar(this);
+    tbrGraphTe->setIconSize(QSize(18, 18));
+    tbrGraphTe->addAction(ToolbarImage(2), ResString(4142), this, &frmGraphTe::SaveImage);
+    tbrGraphTe->addAction(ToolbarImage(4), ResString(4143))->setEnabled(false);  // printing comes later
+    tbrGraphTe->addAction(QIcon(MessageImage(0, 18)), ResString(4144), this, [this] {
+        if (parentWidget()) parentWidget()->close();
+    });
+    auto *right = new QVBoxLayout;
+    right->addWidget(tbrGraphTe);
+    right->addWidget(panel, 1);
+    auto *lay = new QHBoxLayout(this);
+    lay->setContentsMargins(2, 2, 2, 2);
+    lay->addWidget(teeEvolution, 1);
+    lay->addLayout(right);
+    SetUpForm(this);
+    connect(chkLogaritmic, &QCheckBox::toggled, this, [this] {
+        GraphSetup();
+        DrawGraph();
+    });
+    connect(btnFullScale, &QPushButton::clicked, teeEvolution, &ChartControl::UndoZoom);
+    connect(teeEvolution, &ChartControl::pointClicked, this, [this](int, int point) {
+        emit pointClicked(point);
+        if (frmSource *s = Source()) s->GetSourceRow(point);
+        if (Source() == nullptr || Source()->IsChronological()) teeEvolution->ShowCross(3, point);
+    });
+    GraphSetup();
+    DrawGraph();
+    Shared().GraphTeOpen = true;
+}
+
+frmGraphTe::~frmGraphTe() { Shared().GraphTeOpen = false; }
+
+void frmGraphTe::GraphSetup() {
+    ChartControl *c = teeEvolution;
+    c->RemoveAllSeries();
+    c->SetLeftTitle(ResString(3033));
+    c->SetLogarithmic(chkLogaritmic->isChecked());
+    c->SetBackColor(FromBgr(Options().ColorBackTe));
+    c->SetLegendVisible(false);
+    c->SetAllowZoom(true);
+    for (int k = 0; k < 4; ++k) {
+        c->AddSeries(ChartControl::Line);
+        c->SetSeriesTitle(k, ResString(3038 + k));
+        c->SetSeriesColor(k, FromBgr(TraceColor(k)));
+        c->SetActive(k, !chkHidePlot[size_t(k)]->isChecked());
+    }
+}
+
+void frmGraphTe::DrawGraph() {
+    TrapVoid("DrawGraph", [this] {
+        const MeasurementData &d = Data();
+        ChartControl *c = teeEvolution;
+        c->SetTitle(ResString(3034));
+        const QString progress = ResString(3035);
+        for (int32_t i = 1; i <= d.DataCount; ++i) {
+            if (i % 100 == 0 && (int64_t(i) * 100 / d.DataCount) != (int64_t(i - 100) * 100 / d.DataCount))
+                Host().SetPanelText(progress + QString::number(int64_t(i) * 100 / d.DataCount) + QLatin1Char('%'));
+            // The date above the time.
+            QString label = GeneralDate(d.SampleDate(i));
+            const int blank = int(label.indexOf(QLatin1Char(' ')));
+            if (blank >= 0) label[blank] = QLatin1Char('\n');
+            const size_t k = size_t(i);
+            if (!(d.DataValue[k] > 0)) {
+                for (int s = 0; s < 4; ++s) c->AddNull(s, label);
+            } else {
+                c->Add(0, d.DataX[k], label);
+                c->Add(1, d.DataY[k], label);
+                c->Add(2, d.DataZ[k], label);
+                c->Add(3, d.DataValue[k], label);
+            }
+        }
+        const double range = double(d.DataMax) - double(d.DataMin);
+        if (chkLogaritmic->isChecked()) c->SetLeftRange(0.0001, d.DataMax + range / 10, 0);
+        else c->SetLeftRange(0, d.DataMax + range / 10, range / 30);
+        c->SetLevelLine(Options().Soglia, FromBgr(Options().ColorSoglia));
+        c->Refresh();
+        Host().SetPanelText(QString());
+    });
+}
+
+void frmGraphTe::GetChartPoint(int32_t sample) {
+    if (sample >= 1 && !chkHidePlot[3]->isChecked()) teeEvolution->ShowCross(3, sample - 1);
+}
+
+void frmGraphTe::SaveImage() {
+    frmMain *m = MainForm();
+    CommonDialog local;
+    CommonDialog &dlg = m ? m->dlgFile : local;
+    dlg = CommonDialog{};
+    dlg.DialogTitle = ResString(3007);
+    dlg.Filter = ResString(3008) + QStringLiteral(" (*.jpg)|*.jpg|PNG (*.png)|*.png|SVG (*.svg)|*.svg|PDF (*.pdf)|*.pdf");
+    dlg.FilterIndex = 1;
+    dlg.Flags = 6;
+    if (!dlg.ShowSave(this)) return;
+    static const char *ext[] = {".jpg", ".png", ".svg", ".pdf"};
+    QString name = dlg.FileName;
+    const QString want = QLatin1String(ext[qBound(1, dlg.FilterIndex, 4) - 1]);
+    if (!name.endsWith(want, Qt::CaseInsensitive)) name += want;
+    const bool ok = dlg.FilterIndex <= 1 ? teeEvolution->ExportJpeg(name, 800, 600, 100) : teeEvolution->Export(name, 800, 600);
+    if (!ok) Host().MessBox(ResString(8), {}, -1, -1);
+}
+
+void frmGraphTe::showEvent(QShowEvent *e) {
+    QString caption = ResString(4014);
+    if (!Data().DataFile.isEmpty()) caption += QStringLiteral(" [") + Data().DataFile + QLatin1Char(']');
+    setWindowTitle(caption);
+    QWidget::showEvent(e);
+}
+
+QMdiSubWindow *ShowGraphTe() {
+    frmMain *m = MainForm();
+    if (!m || !Data().DataPresent) return nullptr;
+    auto *form = new frmGraphTe;
+    QMdiSubWindow *w = m->mdiArea->addSubWindow(form);
+    w->setAttribute(Qt::WA_DeleteOnClose);
+    w->setWindowIcon(ToolbarImage(9));
+    w->resize(760, 460);
+    w->show();
+    if (frmSource *s = Source()) QObject::connect(s, &frmSource::sampleSelected, form, &frmGraphTe::GetChartPoint);
+    return w;
+}
+} // namespace fm
