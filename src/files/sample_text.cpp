@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <algorithm>
 #include <cmath>
 #include <limits>
 

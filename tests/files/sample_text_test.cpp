@@ -1,8 +1,8 @@
 // The log writer's own number form must give the very text of the general "0.00 "
 // pattern: a file saved fast reads the same as one formatted value by value.
+#include "files/sample_text.h"
 #include "core/cp1252.h"
 #include "core/regional.h"
-#include "files/sample_text.h"
 #include "support/test_env.h"
 
 #include <gtest/gtest.h>
@@ -33,10 +33,10 @@ TEST(SampleText, AgreesWithTheGeneralNumberForm) {
         const SampleWriter w;
         // Ties on the value's shortest text, values that round to a negative zero,
         // carries into a new digit, and the far ends of the float range.
-        const std::vector<float> edges = {0.0f,    -0.0f,    0.125f,   0.135f,   0.165f,    0.005f,
-                                          -0.005f, -0.004f,  9.995f,   99.995f,  1234.565f, -1234.565f,
-                                          0.015f,  2.675f,   1e7f,     16777216.f, 3.4e38f, -3.4e38f,
-                                          1e-30f,  -1e-30f,  0.994999f, 5.0f,    -3.4f};
+        const std::vector<float> edges = {0.0f,    -0.0f,   0.125f,    0.135f,     0.165f,    0.005f,
+                                          -0.005f, -0.004f, 9.995f,    99.995f,    1234.565f, -1234.565f,
+                                          0.015f,  2.675f,  1e7f,      16777216.f, 3.4e38f,   -3.4e38f,
+                                          1e-30f,  -1e-30f, 0.994999f, 5.0f,       -3.4f};
         for (float v : edges) EXPECT_EQ(Written(w, v, 1.0f, v), Expected(v, 1.0f, v)) << v;
 
         std::mt19937 rng(540);

@@ -2,6 +2,7 @@
 
 #include <QSvgGenerator>
 #include <QVBoxLayout>
+#include <climits>
 #include <cmath>
 #include <limits>
 #include <qcustomplot.h>
@@ -11,7 +12,7 @@ namespace {
 // Ticks at whole point positions, each labelled with its point's own text.
 class LabelTicker : public QCPAxisTicker {
 public:
-    explicit LabelTicker(const std::vector<QString> *labels) : labels_(labels) {}
+    explicit LabelTicker(const ChartControl *chart) : chart_(chart) {}
 
 protected:
     double getTickStep(const QCPRange &range) override {
@@ -21,11 +22,11 @@ protected:
     }
     QString getTickLabel(double tick, const QLocale &, QChar, int) override {
         const long i = std::lround(tick);
-        return i >= 0 && size_t(i) < labels_->size() ? (*labels_)[size_t(i)] : QString();
+        return i >= 0 && i <= INT_MAX ? chart_->Label(int(i)) : QString();
     }
 
 private:
-    const std::vector<QString> *labels_;
+    const ChartControl *chart_;
 };
 } // namespace
 
@@ -34,7 +35,7 @@ ChartControl::ChartControl(QWidget *parent) : QWidget(parent), plot_(new QCustom
     lay->setContentsMargins(0, 0, 0, 0);
     lay->addWidget(plot_);
     plot_->setNoAntialiasingOnDrag(true);
-    plot_->xAxis->setTicker(QSharedPointer<QCPAxisTicker>(new LabelTicker(&labels_)));
+    plot_->xAxis->setTicker(QSharedPointer<QCPAxisTicker>(new LabelTicker(this)));
     plot_->xAxis->setTickLabelFont(QFont(font().family(), 8));
     plot_->yAxis->setNumberFormat(QStringLiteral("f"));
     plot_->yAxis->setNumberPrecision(2);
@@ -58,6 +59,7 @@ void ChartControl::RemoveAllSeries() {
     plot_->clearPlottables();
     series_.clear();
     labels_.clear();
+    labelFn_ = nullptr;
 }
 
 int ChartControl::AddSeries(Kind kind) {
@@ -79,7 +81,7 @@ void ChartControl::SetSeriesTitle(int s, const QString &title) { series_[size_t(
 
 void ChartControl::SetSeriesColor(int s, QColor c) {
     QCPAbstractPlottable *p = series_[size_t(s)].plottable;
-    p->setPen(QPen(c, series_[size_t(s)].kind == Bars ? 1 : 1.2));
+    p->setPen(QPen(c, 1));
     if (series_[size_t(s)].kind == Bars) p->setBrush(c);
 }
 
@@ -92,8 +94,20 @@ bool ChartControl::Active(int s) const { return series_[size_t(s)].plottable->vi
 
 void ChartControl::Add(int s, double value, const QString &label) {
     auto &v = series_[size_t(s)].values;
-    if (labels_.size() <= v.size()) labels_.push_back(label);
+    if (!label.isNull() && labels_.size() <= v.size()) {
+        labels_.resize(v.size());
+        labels_.push_back(label);
+    }
     v.push_back(value);
+}
+
+QString ChartControl::Label(int point) const {
+    if (labelFn_) {
+        for (const Series &s : series_)
+            if (size_t(point) < s.values.size()) return labelFn_(point);
+        return {};
+    }
+    return size_t(point) < labels_.size() ? labels_[size_t(point)] : QString();
 }
 
 void ChartControl::AddNull(int s, const QString &label) { Add(s, std::numeric_limits<double>::quiet_NaN(), label); }
@@ -105,13 +119,17 @@ int ChartControl::Count(int s) const { return int(series_[size_t(s)].values.size
 void ChartControl::Refresh() {
     size_t n = 0;
     for (Series &s : series_) {
-        QVector<double> keys(qsizetype(s.values.size())), values(qsizetype(s.values.size()));
-        for (size_t i = 0; i < s.values.size(); ++i) {
-            keys[qsizetype(i)] = double(i);
-            values[qsizetype(i)] = s.values[i];
+        if (auto *g = qobject_cast<QCPGraph *>(s.plottable)) {
+            QVector<QCPGraphData> points(qsizetype(s.values.size()));
+            for (size_t i = 0; i < s.values.size(); ++i) points[qsizetype(i)] = QCPGraphData(double(i), s.values[i]);
+            g->data()->set(points, true);
+            // Smooth lines cost seconds on a dense million-point trace; a full memory stays smooth.
+            g->setAntialiased(s.values.size() <= 20000);
+        } else if (auto *b = qobject_cast<QCPBars *>(s.plottable)) {
+            QVector<QCPBarsData> bars(qsizetype(s.values.size()));
+            for (size_t i = 0; i < s.values.size(); ++i) bars[qsizetype(i)] = QCPBarsData(double(i), s.values[i]);
+            b->data()->set(bars, true);
         }
-        if (auto *g = qobject_cast<QCPGraph *>(s.plottable)) g->setData(keys, values, true);
-        else if (auto *b = qobject_cast<QCPBars *>(s.plottable)) b->setData(keys, values, true);
         n = std::max(n, s.values.size());
     }
     const double pad = series_.empty() || series_[0].kind != Bars ? 0 : 0.6;

@@ -29,8 +29,13 @@ public:
     void SetActive(int s, bool active);
     bool Active(int s) const;
     // Points go at the next whole x position; labels are kept once for all series.
-    void Add(int s, double value, const QString &label);
-    void AddNull(int s, const QString &label);
+    void Add(int s, double value, const QString &label = QString());
+    void AddNull(int s, const QString &label = QString());
+    // Labels made on demand for the ticks on show: a million date texts made up front
+    // would cost seconds. Takes the place of the labels given with the points.
+    using LabelFunction = std::function<QString(int point)>;
+    void SetLabelFunction(LabelFunction f) { labelFn_ = std::move(f); }
+    QString Label(int point) const;
     void ClearSeries(int s);
     int Count(int s) const;
     // Builds the plot after the points were added (the control draws on demand).
@@ -79,6 +84,7 @@ private:
     };
     std::vector<Series> series_;
     std::vector<QString> labels_;
+    LabelFunction labelFn_;
     QCustomPlot *plot_;
     QCPTextElement *title_ = nullptr;
     QCPItemStraightLine *level_ = nullptr, *crossV_ = nullptr, *crossH_ = nullptr;

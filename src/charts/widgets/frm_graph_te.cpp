@@ -125,20 +125,23 @@ void frmGraphTe::DrawGraph() {
         for (int32_t i = 1; i <= d.DataCount; ++i) {
             if (i % 100 == 0 && (int64_t(i) * 100 / d.DataCount) != (int64_t(i - 100) * 100 / d.DataCount))
                 Host().SetPanelText(progress + QString::number(int64_t(i) * 100 / d.DataCount) + QLatin1Char('%'));
-            // The date above the time.
-            QString label = GeneralDate(d.SampleDate(i));
-            const int blank = int(label.indexOf(QLatin1Char(' ')));
-            if (blank >= 0) label[blank] = QLatin1Char('\n');
             const size_t k = size_t(i);
             if (!(d.DataValue[k] > 0)) {
-                for (int s = 0; s < 4; ++s) c->AddNull(s, label);
+                for (int s = 0; s < 4; ++s) c->AddNull(s);
             } else {
-                c->Add(0, d.DataX[k], label);
-                c->Add(1, d.DataY[k], label);
-                c->Add(2, d.DataZ[k], label);
-                c->Add(3, d.DataValue[k], label);
+                c->Add(0, d.DataX[k]);
+                c->Add(1, d.DataY[k]);
+                c->Add(2, d.DataZ[k]);
+                c->Add(3, d.DataValue[k]);
             }
         }
+        c->SetLabelFunction([](int point) {
+            // The date above the time.
+            QString label = GeneralDate(Data().SampleDate(point + 1));
+            const int blank = int(label.indexOf(QLatin1Char(' ')));
+            if (blank >= 0) label[blank] = QLatin1Char('\n');
+            return label;
+        });
         const double range = double(d.DataMax) - double(d.DataMin);
         if (chkLogaritmic->isChecked()) c->SetLeftRange(0.0001, d.DataMax + range / 10, 0);
         else c->SetLeftRange(0, d.DataMax + range / 10, range / 30);

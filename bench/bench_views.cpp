@@ -1,0 +1,113 @@
+// The views on large data sets: the time chart (open, and redraw after a zoom) and
+// the data list, on a million samples and on a full logger memory.
+#include "charts/widgets/chart_control.h"
+#include "charts/widgets/frm_graph_te.h"
+#include "core/data_set.h"
+#include "core/host.h"
+#include "analysis/statistics.h"
+#include "shell/data_list.h"
+#include "shell/widgets/frm_source.h"
+#include "shell/widgets/source_view.h"
+
+#include <QApplication>
+#include <benchmark/benchmark.h>
+#include <cmath>
+#include <qcustomplot.h>
+
+namespace {
+void MakeDataSet(int32_t n) {
+    fm::InitVariabili();
+    fm::MeasurementData &d = fm::Data();
+    d = fm::MeasurementData{};
+    d.DataPresent = true;
+    d.DataCount = n;
+    d.DataStep = 10;
+    d.DataStepUnit = QStringLiteral("s");
+    d.DataStart = 46000;
+    d.SizeArrays(n);
+    d.DataDateCount = n;
+    for (int32_t i = 1; i <= n; ++i) {
+        const double v = 0.3 + 0.25 * std::sin(i / 8640.0 * 6.283);
+        d.DataX[size_t(i)] = float(v * 0.8);
+        d.DataY[size_t(i)] = float(v * 0.5);
+        d.DataZ[size_t(i)] = float(v * 0.3);
+        d.DataValue[size_t(i)] = std::sqrt(v * v * 0.98);
+        d.SortedValue[size_t(i)] = d.DataValue[size_t(i)];
+        d.SortedIndex[size_t(i)] = i;
+    }
+    fm::CalculateStats(QStringLiteral("Data"));
+    fm::CalculateMediana();
+}
+
+struct Quiet {
+    fm::QuietHost host;
+    Quiet() { fm::SetHost(&host); }
+    ~Quiet() { fm::SetHost(nullptr); }
+};
+} // namespace
+
+static void BM_TimeChartOpen(benchmark::State &state) {
+    Quiet quiet;
+    MakeDataSet(int32_t(state.range(0)));
+    for (auto _ : state) {
+        fm::frmGraphTe chart;
+        chart.resize(900, 500);
+        chart.show();
+        chart.teeEvolution->Plot()->replot(QCustomPlot::rpImmediateRefresh);
+        QApplication::processEvents();
+    }
+}
+BENCHMARK(BM_TimeChartOpen)->Arg(9349)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+static void BM_TimeChartZoomRedraw(benchmark::State &state) {
+    Quiet quiet;
+    MakeDataSet(1000000);
+    fm::frmGraphTe chart;
+    chart.resize(900, 500);
+    chart.show();
+    QCustomPlot *plot = chart.teeEvolution->Plot();
+    int k = 0;
+    for (auto _ : state) {
+        plot->xAxis->setRange(1000.0 * (k % 50), 1000.0 * (k % 50) + 200000);
+        ++k;
+        plot->replot(QCustomPlot::rpImmediateRefresh);
+    }
+}
+BENCHMARK(BM_TimeChartZoomRedraw)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(20);
+
+static void BM_DataListOpen(benchmark::State &state) {
+    Quiet quiet;
+    MakeDataSet(1000000);
+    for (auto _ : state) {
+        fm::frmSource list;
+        list.resize(700, 500);
+        list.ViewDataSource(state.range(0) == 1);
+        list.show();
+        benchmark::DoNotOptimize(list.txtSource->viewport()->grab());
+    }
+}
+BENCHMARK(BM_DataListOpen)->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+static void BM_Histogram_1M(benchmark::State &state) {
+    Quiet quiet;
+    MakeDataSet(1000000);
+    for (auto _ : state) fm::DoStatistics(0, 1, 11);
+}
+BENCHMARK(BM_Histogram_1M)->Unit(benchmark::kMillisecond);
+
+// One page step of the list, drawn: what a user feels when scrolling.
+static void BM_DataListScrollPage(benchmark::State &state) {
+    Quiet quiet;
+    MakeDataSet(1000000);
+    fm::frmSource list;
+    list.resize(700, 500);
+    list.ViewDataSource(false);
+    list.show();
+    int64_t line = 0;
+    for (auto _ : state) {
+        line = (line + 997 * 31) % 1000000;
+        list.txtSource->SelectLine(line);
+        benchmark::DoNotOptimize(list.txtSource->viewport()->grab());
+    }
+}
+BENCHMARK(BM_DataListScrollPage)->Unit(benchmark::kMillisecond);
