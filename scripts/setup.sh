@@ -9,7 +9,7 @@ pkgs=(
   libgtest-dev libbenchmark-dev
   clang libclang-rt-dev
   xvfb xauth
-  libwmf-bin
+  libwmf-bin fonts-urw-base35  # an independent metafile reader for the tests, and the fonts it needs
 )
 missing=()
 for p in "${pkgs[@]}"; do

@@ -1,11 +1,13 @@
 #include "charts/widgets/chart_control.h"
 
+#include "charts/widgets/wmf_device.h"
+
+#include <qcustomplot.h>
 #include <QSvgGenerator>
 #include <QVBoxLayout>
 #include <climits>
 #include <cmath>
 #include <limits>
-#include <qcustomplot.h>
 
 namespace fm {
 namespace {
@@ -16,9 +18,14 @@ public:
 
 protected:
     double getTickStep(const QCPRange &range) override {
-        // About one label every 110 pixels of a typical chart, on whole positions.
-        const double step = std::max(1.0, std::ceil(range.size() / 8));
-        return step;
+        // Whole positions only, spaced so that the labels never overlap: a date and
+        // time takes about 90 pixels across, an upright label about 18.
+        // The widget's own width: the axis rect may not be laid out yet on the first draw.
+        const QCPAxis *axis = chart_->Plot()->xAxis;
+        const double room = std::abs(axis->tickLabelRotation()) > 45 ? 18 : 90;
+        const double width = std::max(0, chart_->Plot()->viewport().width() - 110);
+        const double labels = std::max(1.0, std::floor(width / room));
+        return std::max(1.0, std::ceil(range.size() / labels));
     }
     QString getTickLabel(double tick, const QLocale &, QChar, int) override {
         const long i = std::lround(tick);
@@ -28,7 +35,7 @@ protected:
 private:
     const ChartControl *chart_;
 };
-} // namespace
+}  // namespace
 
 ChartControl::ChartControl(QWidget *parent) : QWidget(parent), plot_(new QCustomPlot(this)) {
     auto *lay = new QVBoxLayout(this);
@@ -45,10 +52,11 @@ ChartControl::ChartControl(QWidget *parent) : QWidget(parent), plot_(new QCustom
         l->setPen(QPen(Qt::red, 1));
         l->setVisible(false);
     }
-    connect(plot_, &QCustomPlot::plottableClick, this, [this](QCPAbstractPlottable *p, int index, QMouseEvent *) {
-        for (size_t s = 0; s < series_.size(); ++s)
-            if (series_[s].plottable == p) emit pointClicked(int(s), index);
-    });
+    connect(plot_, &QCustomPlot::plottableClick, this,
+            [this](QCPAbstractPlottable *p, int index, QMouseEvent *) {
+                for (size_t s = 0; s < series_.size(); ++s)
+                    if (series_[s].plottable == p) emit pointClicked(int(s), index);
+            });
     connect(plot_->xAxis, qOverload<const QCPRange &>(&QCPAxis::rangeChanged), this, [this] {
         HideCross();
         emit rangeChanged();
@@ -77,7 +85,9 @@ int ChartControl::AddSeries(Kind kind) {
     return int(series_.size()) - 1;
 }
 
-void ChartControl::SetSeriesTitle(int s, const QString &title) { series_[size_t(s)].plottable->setName(title); }
+void ChartControl::SetSeriesTitle(int s, const QString &title) {
+    series_[size_t(s)].plottable->setName(title);
+}
 
 void ChartControl::SetSeriesColor(int s, QColor c) {
     QCPAbstractPlottable *p = series_[size_t(s)].plottable;
@@ -90,7 +100,9 @@ void ChartControl::SetActive(int s, bool active) {
     plot_->replot(QCustomPlot::rpQueuedReplot);
 }
 
-bool ChartControl::Active(int s) const { return series_[size_t(s)].plottable->visible(); }
+bool ChartControl::Active(int s) const {
+    return series_[size_t(s)].plottable->visible();
+}
 
 void ChartControl::Add(int s, double value, const QString &label) {
     auto &v = series_[size_t(s)].values;
@@ -110,24 +122,32 @@ QString ChartControl::Label(int point) const {
     return size_t(point) < labels_.size() ? labels_[size_t(point)] : QString();
 }
 
-void ChartControl::AddNull(int s, const QString &label) { Add(s, std::numeric_limits<double>::quiet_NaN(), label); }
+void ChartControl::AddNull(int s, const QString &label) {
+    Add(s, std::numeric_limits<double>::quiet_NaN(), label);
+}
 
-void ChartControl::ClearSeries(int s) { series_[size_t(s)].values.clear(); }
+void ChartControl::ClearSeries(int s) {
+    series_[size_t(s)].values.clear();
+}
 
-int ChartControl::Count(int s) const { return int(series_[size_t(s)].values.size()); }
+int ChartControl::Count(int s) const {
+    return int(series_[size_t(s)].values.size());
+}
 
 void ChartControl::Refresh() {
     size_t n = 0;
     for (Series &s : series_) {
         if (auto *g = qobject_cast<QCPGraph *>(s.plottable)) {
             QVector<QCPGraphData> points(qsizetype(s.values.size()));
-            for (size_t i = 0; i < s.values.size(); ++i) points[qsizetype(i)] = QCPGraphData(double(i), s.values[i]);
+            for (size_t i = 0; i < s.values.size(); ++i)
+                points[qsizetype(i)] = QCPGraphData(double(i), s.values[i]);
             g->data()->set(points, true);
             // Smooth lines cost seconds on a dense million-point trace; a full memory stays smooth.
             g->setAntialiased(s.values.size() <= 20000);
         } else if (auto *b = qobject_cast<QCPBars *>(s.plottable)) {
             QVector<QCPBarsData> bars(qsizetype(s.values.size()));
-            for (size_t i = 0; i < s.values.size(); ++i) bars[qsizetype(i)] = QCPBarsData(double(i), s.values[i]);
+            for (size_t i = 0; i < s.values.size(); ++i)
+                bars[qsizetype(i)] = QCPBarsData(double(i), s.values[i]);
             b->data()->set(bars, true);
         }
         n = std::max(n, s.values.size());
@@ -146,9 +166,13 @@ void ChartControl::SetTitle(const QString &title) {
     title_->setText(title);
 }
 
-void ChartControl::SetBackColor(QColor c) { plot_->axisRect()->setBackground(c); }
+void ChartControl::SetBackColor(QColor c) {
+    plot_->axisRect()->setBackground(c);
+}
 
-void ChartControl::SetLegendVisible(bool on) { plot_->legend->setVisible(on); }
+void ChartControl::SetLegendVisible(bool on) {
+    plot_->legend->setVisible(on);
+}
 
 void ChartControl::SetAllowZoom(bool on) {
     plot_->setInteraction(QCP::iRangeZoom, on);
@@ -194,8 +218,18 @@ void ChartControl::SetLogarithmic(bool on) {
     }
 }
 
-void ChartControl::SetLeftTitle(const QString &title) { plot_->yAxis->setLabel(title); }
-void ChartControl::SetBottomTitle(const QString &title) { plot_->xAxis->setLabel(title); }
+void ChartControl::SetLeftTitle(const QString &title) {
+    plot_->yAxis->setLabel(title);
+}
+void ChartControl::SetLeftDecimals(int decimals) {
+    plot_->yAxis->setNumberPrecision(decimals);
+}
+void ChartControl::SetBottomTitle(const QString &title) {
+    plot_->xAxis->setLabel(title);
+}
+void ChartControl::SetBottomLabelAngle(int degrees) {
+    plot_->xAxis->setTickLabelRotation(degrees);
+}
 
 QPointF ChartControl::PointPosition(int s, int i) const {
     const auto &v = series_[size_t(s)].values;
@@ -229,7 +263,9 @@ void ChartControl::HideCross() {
     plot_->replot(QCustomPlot::rpQueuedReplot);
 }
 
-bool ChartControl::CrossVisible() const { return crossV_->visible(); }
+bool ChartControl::CrossVisible() const {
+    return crossV_->visible();
+}
 
 void ChartControl::resizeEvent(QResizeEvent *e) {
     HideCross();
@@ -244,6 +280,14 @@ bool ChartControl::Export(const QString &file, int width, int height) {
     const QString lower = file.toLower();
     if (lower.endsWith(QLatin1String(".png"))) return plot_->savePng(file, width, height);
     if (lower.endsWith(QLatin1String(".pdf"))) return plot_->savePdf(file, width, height);
+    if (lower.endsWith(QLatin1String(".wmf"))) {
+        WmfDevice wmf(width, height);
+        QCPPainter painter;
+        if (!painter.begin(&wmf)) return false;
+        plot_->toPainter(&painter, width, height);
+        painter.end();
+        return wmf.Save(file);
+    }
     if (lower.endsWith(QLatin1String(".svg"))) {
         QSvgGenerator svg;
         svg.setFileName(file);
@@ -257,4 +301,4 @@ bool ChartControl::Export(const QString &file, int width, int height) {
     return ExportJpeg(file, width, height, 100);
 }
 
-} // namespace fm
+}  // namespace fm

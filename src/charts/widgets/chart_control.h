@@ -52,7 +52,10 @@ public:
     void SetLogarithmic(bool on);
     bool Logarithmic() const { return log_; }
     void SetLeftTitle(const QString &title);
+    void SetLeftDecimals(int decimals);
     void SetBottomTitle(const QString &title);
+    // 90 stands the bottom labels upright, so that many narrow ones fit.
+    void SetBottomLabelAngle(int degrees);
 
     // Pixel position of point i of series s, in the chart's own coordinates.
     QPointF PointPosition(int s, int i) const;
@@ -92,4 +95,4 @@ private:
     double fullMin_ = 0, fullMax_ = 1;
 };
 
-} // namespace fm
+}  // namespace fm

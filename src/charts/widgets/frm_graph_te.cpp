@@ -1,6 +1,7 @@
 #include "charts/widgets/frm_graph_te.h"
 
 #include "charts/widgets/chart_control.h"
+#include "charts/widgets/chart_image.h"
 #include "core/data_set.h"
 #include "core/fault.h"
 #include "core/host.h"
@@ -25,7 +26,9 @@
 
 namespace fm {
 namespace {
-QColor FromBgr(uint32_t c) { return QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF)); }
+QColor FromBgr(uint32_t c) {
+    return QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF));
+}
 uint32_t TraceColor(int k) {
     const OptionsRecord &o = Options();
     const uint32_t c[] = {o.ColorTrace1, o.ColorTrace2, o.ColorTrace3, o.ColorTrace4};
@@ -35,7 +38,7 @@ frmSource *Source() {
     frmMain *m = MainForm();
     return m ? m->findChild<frmSource *>() : nullptr;
 }
-} // namespace
+}  // namespace
 
 frmGraphTe::frmGraphTe(QWidget *parent) : QWidget(parent) {
     setObjectName(QStringLiteral("frmGraphTe"));
@@ -98,7 +101,9 @@ frmGraphTe::frmGraphTe(QWidget *parent) : QWidget(parent) {
     Shared().GraphTeOpen = true;
 }
 
-frmGraphTe::~frmGraphTe() { Shared().GraphTeOpen = false; }
+frmGraphTe::~frmGraphTe() {
+    Shared().GraphTeOpen = false;
+}
 
 void frmGraphTe::GraphSetup() {
     ChartControl *c = teeEvolution;
@@ -124,7 +129,8 @@ void frmGraphTe::DrawGraph() {
         const QString progress = ResString(3035);
         for (int32_t i = 1; i <= d.DataCount; ++i) {
             if (i % 100 == 0 && (int64_t(i) * 100 / d.DataCount) != (int64_t(i - 100) * 100 / d.DataCount))
-                Host().SetPanelText(progress + QString::number(int64_t(i) * 100 / d.DataCount) + QLatin1Char('%'));
+                Host().SetPanelText(progress + QString::number(int64_t(i) * 100 / d.DataCount) +
+                                    QLatin1Char('%'));
             const size_t k = size_t(i);
             if (!(d.DataValue[k] > 0)) {
                 for (int s = 0; s < 4; ++s) c->AddNull(s);
@@ -143,8 +149,10 @@ void frmGraphTe::DrawGraph() {
             return label;
         });
         const double range = double(d.DataMax) - double(d.DataMin);
-        if (chkLogaritmic->isChecked()) c->SetLeftRange(0.0001, d.DataMax + range / 10, 0);
-        else c->SetLeftRange(0, d.DataMax + range / 10, range / 30);
+        if (chkLogaritmic->isChecked())
+            c->SetLeftRange(0.0001, d.DataMax + range / 10, 0);
+        else
+            c->SetLeftRange(0, d.DataMax + range / 10, range / 30);
         c->SetLevelLine(Options().Soglia, FromBgr(Options().ColorSoglia));
         c->Refresh();
         Host().SetPanelText(QString());
@@ -156,21 +164,9 @@ void frmGraphTe::GetChartPoint(int32_t sample) {
 }
 
 void frmGraphTe::SaveImage() {
-    frmMain *m = MainForm();
-    CommonDialog local;
-    CommonDialog &dlg = m ? m->dlgFile : local;
-    dlg = CommonDialog{};
-    dlg.DialogTitle = ResString(3007);
-    dlg.Filter = ResString(3008) + QStringLiteral(" (*.jpg)|*.jpg|PNG (*.png)|*.png|SVG (*.svg)|*.svg|PDF (*.pdf)|*.pdf");
-    dlg.FilterIndex = 1;
-    dlg.Flags = 6;
-    if (!dlg.ShowSave(this)) return;
-    static const char *ext[] = {".jpg", ".png", ".svg", ".pdf"};
-    QString name = dlg.FileName;
-    const QString want = QLatin1String(ext[qBound(1, dlg.FilterIndex, 4) - 1]);
-    if (!name.endsWith(want, Qt::CaseInsensitive)) name += want;
-    const bool ok = dlg.FilterIndex <= 1 ? teeEvolution->ExportJpeg(name, 800, 600, 100) : teeEvolution->Export(name, 800, 600);
-    if (!ok) Host().MessBox(ResString(8), {}, -1, -1);
+    SaveChartImage(teeEvolution, this, ResString(3007),
+                   ResString(3008) + QStringLiteral(" (*.jpg)|*.jpg|") + ResString(3009) +
+                       QStringLiteral(" (*.wmf)|*.wmf"));
 }
 
 void frmGraphTe::showEvent(QShowEvent *e) {
@@ -189,7 +185,8 @@ QMdiSubWindow *ShowGraphTe() {
     w->setWindowIcon(ToolbarImage(9));
     w->resize(760, 460);
     w->show();
-    if (frmSource *s = Source()) QObject::connect(s, &frmSource::sampleSelected, form, &frmGraphTe::GetChartPoint);
+    if (frmSource *s = Source())
+        QObject::connect(s, &frmSource::sampleSelected, form, &frmGraphTe::GetChartPoint);
     return w;
 }
-} // namespace fm
+}  // namespace fm

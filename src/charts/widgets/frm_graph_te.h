@@ -37,4 +37,4 @@ protected:
 };
 
 QMdiSubWindow *ShowGraphTe();
-} // namespace fm
+}  // namespace fm

@@ -23,6 +23,7 @@
 #include "shell/widgets/frm_message_box.h"
 #include "shell/widgets/frm_settings.h"
 #include "shell/widgets/frm_source.h"
+#include "charts/widgets/frm_graph_st.h"
 #include "charts/widgets/frm_graph_te.h"
 #include "shell/widgets/frm_wait.h"
 #include "shell/widgets/frm_warnings.h"
@@ -112,6 +113,8 @@ frmMain::frmMain() : DockControl_(this) {
     ApplyLanguage();
     Views[13] = {[] { return ShowGraphTe(); }, [] { return Shared().GraphTeOpen; },
                  [] { return bool(Options().OpenGraphTe); }};
+    Views[14] = {[] { return ShowGraphSt(); }, [] { return Shared().GraphStOpen; },
+                 [] { return bool(Options().OpenGraphSt); }};
     Views[15] = {[] { return ViewDataSource(true); }, [] { return Shared().SourceOpen; },
                  [] { return bool(Options().OpenSource); }};
 }

@@ -11,15 +11,15 @@
 #include "support/modal.h"
 #include "support/test_env.h"
 
+#include <fcntl.h>
+#include <stdlib.h>
+#include <unistd.h>
 #include <QCheckBox>
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
 #include <cmath>
-#include <fcntl.h>
-#include <stdlib.h>
-#include <unistd.h>
 
 using namespace fm;
 
@@ -39,14 +39,18 @@ private slots:
 
     void chartAfterALoad() {
         const QString log = dir_.filePath(QStringLiteral("day.log"));
-        QStringList lines{"Field Activity Log", "14/10/2026 08:00:00@15/10/2026 08:00:00@3", "10n", "144", "ID", "Cabina"};
+        QStringList lines{
+            "Field Activity Log", "14/10/2026 08:00:00@15/10/2026 08:00:00@3", "10n", "144", "ID", "Cabina"};
         for (int i = 0; i < 144; ++i) {
             if (i == 50) {
                 lines << "-1 -1 -1 0";
                 continue;
             }
             const double v = 0.3 + 0.25 * std::sin(i / 20.0);
-            lines << QStringLiteral("%1 %2 %3  0").arg(v * 0.8, 0, 'f', 2).arg(v * 0.5, 0, 'f', 2).arg(v * 0.3, 0, 'f', 2);
+            lines << QStringLiteral("%1 %2 %3  0")
+                         .arg(v * 0.8, 0, 'f', 2)
+                         .arg(v * 0.5, 0, 'f', 2)
+                         .arg(v * 0.3, 0, 'f', 2);
         }
         test::WriteBytes(log, test::LogText(lines));
         Data() = MeasurementData{};

@@ -1,0 +1,241 @@
+// The statistics chart as a user meets it, and the chart images: JPEG and the metafile,
+// which an independent reader (libwmf's wmf2svg) must show as drawn.
+#include "analysis/statistics.h"
+#include "charts/widgets/chart_control.h"
+#include "charts/widgets/chart_image.h"
+#include "charts/widgets/frm_graph_st.h"
+#include "charts/widgets/frm_graph_te.h"
+#include "charts/widgets/wmf_device.h"
+#include "core/app_paths.h"
+#include "core/data_set.h"
+#include "core/language.h"
+#include "core/regional.h"
+#include "shell/widgets/common_dialog.h"
+#include "shell/widgets/frm_main.h"
+#include "shell/widgets/frm_message_box.h"
+#include "shell/widgets/main_entry.h"
+#include "support/modal.h"
+#include "support/test_env.h"
+
+#include <fcntl.h>
+#include <stdlib.h>
+#include <unistd.h>
+#include <QComboBox>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QPainter>
+#include <QProcess>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+#include <cmath>
+
+using namespace fm;
+
+namespace {
+// What wmf2svg makes of a metafile.
+QByteArray ReadBack(const QString &wmf) {
+    const QString tool = QStandardPaths::findExecutable(QStringLiteral("wmf2svg"));
+    if (tool.isEmpty()) return {};
+    QProcess p;
+    const QString svg = wmf + QStringLiteral(".svg");
+    p.start(tool, {QStringLiteral("-o"), svg, wmf});
+    if (!p.waitForFinished(30000) || p.exitCode() != 0) return {};
+    // Kept for a person to look at.
+    const QString out = qEnvironmentVariable("FLUXMERE_TEST_OUT", QStringLiteral("."));
+    QFile::remove(out + QLatin1Char('/') + QFileInfo(svg).fileName());
+    QFile::copy(svg, out + QLatin1Char('/') + QFileInfo(svg).fileName());
+    return test::ReadBytes(svg);
+}
+
+int Count(const QByteArray &text, const char *what) {
+    return int(text.count(QByteArray(what)));
+}
+}  // namespace
+
+class StatsChartTest : public QObject {
+    Q_OBJECT
+    QTemporaryDir dir_;
+    int pty_ = -1;
+    frmMain *main_ = nullptr;
+
+    QString Log(const QString &name, int samples) {
+        const QString log = dir_.filePath(name);
+        QStringList lines{"Field Activity Log",
+                          "14/10/2026 08:00:00@15/10/2026 08:00:00@3",
+                          "10n",
+                          QString::number(samples),
+                          "ID",
+                          "Cabina"};
+        for (int i = 0; i < samples; ++i) {
+            const double v = 0.3 + 0.25 * std::sin(i / 20.0);
+            lines << QStringLiteral("%1 %2 %3  0")
+                         .arg(v * 0.8, 0, 'f', 2)
+                         .arg(v * 0.5, 0, 'f', 2)
+                         .arg(v * 0.3, 0, 'f', 2);
+        }
+        test::WriteBytes(log, test::LogText(lines));
+        return log;
+    }
+
+private slots:
+    void initTestCase() {
+        SetWritableDir(dir_.path());
+        pty_ = posix_openpt(O_RDWR | O_NOCTTY);
+        QVERIFY(pty_ >= 0 && grantpt(pty_) == 0 && unlockpt(pty_) == 0);
+        QVERIFY(QFile::link(QString::fromLocal8Bit(ptsname(pty_)), dir_.filePath(QStringLiteral("com1"))));
+        Data() = MeasurementData{};
+        QVERIFY(StartUp(0, {QStringLiteral("-L"), Log(QStringLiteral("day.log"), 144)}));
+        main_ = MainForm();
+        QVERIFY(main_);
+        main_->resize(1200, 760);
+        main_->show();
+        main_->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(main_));  // focus events need an active window
+    }
+    void cleanupTestCase() {
+        Data().DataSaved = true;
+        ShutDown(main_);
+        delete main_;
+        ::close(pty_);
+    }
+
+    void metafileReadsBackAsDrawn() {
+        WmfDevice dev(200, 100);
+        QPainter p(&dev);
+        p.setPen(QPen(Qt::red, 2));
+        p.drawLine(10, 10, 190, 90);
+        p.setPen(Qt::NoPen);
+        p.setBrush(QColor(0, 0, 255));
+        p.drawRect(20, 50, 40, 30);
+        p.setPen(Qt::black);
+        p.setFont(QFont(QStringLiteral("DejaVu Sans"), 12));
+        p.drawText(QPointF(80, 40), QString::fromUtf8("Campo µT"));
+        p.translate(15, 90);
+        p.rotate(-90);
+        p.drawText(QPointF(0, 0), QStringLiteral("Up"));
+        p.end();
+        const QByteArray bytes = dev.Bytes();
+        // The placeable header: key, bounds, units per inch, and the checksum of its ten words.
+        QCOMPARE(bytes.left(4), QByteArray("\xD7\xCD\xC6\x9A", 4));
+        auto word = [&](int i) { return uint16_t(uchar(bytes[2 * i]) | uchar(bytes[2 * i + 1]) << 8); };
+        QCOMPARE(int(word(5)) * 100, int(word(6)) * 200);  // the shape of the frame
+        uint16_t sum = 0;
+        for (int i = 0; i < 10; ++i) sum ^= word(i);
+        QCOMPARE(word(10), sum);
+        QCOMPARE(int(bytes.size()) - 22, 2 * int(word(14) | word(15) << 16));  // size in words
+
+        const QString file = dir_.filePath(QStringLiteral("shapes.wmf"));
+        QVERIFY(dev.Save(file));
+        const QByteArray svg = ReadBack(file);
+        QVERIFY2(!svg.isEmpty(), "wmf2svg could not read the metafile");
+        QVERIFY(svg.contains("stroke:red"));
+        QVERIFY(svg.contains("fill:blue; stroke:none"));
+        QVERIFY(svg.contains(">Campo \xB5T</text>"));                          // Windows-1252 text as written
+        QVERIFY(svg.contains("matrix(0.000000 -1.000000 1.000000 0.000000"));  // the upright text
+        QVERIFY(svg.indexOf("Campo") < svg.indexOf(">Up<"));                   // records in painting order
+    }
+
+    void statisticsWindow() {
+        main_->tbrToolbar_ButtonClick(14);
+        frmGraphSt *st = main_->findChild<frmGraphSt *>();
+        QVERIFY(st);
+        QVERIFY(Shared().GraphStOpen);
+        ChartControl *c = st->teeStatistics;
+        // The first limits are the measurement's own, and 11 classes.
+        QCOMPARE(st->txtMinValue->text(),
+                 FormatNumber(Data().DataMin, u"0.##").replace(QLatin1Char(','), QLatin1Char('.')));
+        QCOMPARE(st->cboNumClassi->currentText(), QStringLiteral(" 11"));
+        QCOMPARE(c->Count(0), 11);
+        double total = 0;
+        for (int i = 1; i <= Statistics().StatClasses; ++i) total += Statistics().StatPercent[size_t(i)];
+        QVERIFY(std::abs(total - 100) < 0.01);
+        test::Snapshot(st, QStringLiteral("stats_chart"));
+
+        // The key filter: "1,5" reads 1.5, a letter never shows; leaving the box brings it within 0 to 50.
+        st->txtMinValue->setFocus();
+        st->txtMinValue->clear();
+        QTest::keyClicks(st->txtMinValue, QStringLiteral("1,5x"));
+        QCOMPARE(st->txtMinValue->text(), QStringLiteral("1.5"));
+        st->txtMaxValue->setFocus();
+        st->txtMaxValue->clear();
+        QTest::keyClicks(st->txtMaxValue, QStringLiteral("60"));
+        st->txtMinValue->setFocus();
+        QCOMPARE(st->txtMaxValue->text(), QStringLiteral("50"));
+        st->updMin[0]->click();
+        QCOMPARE(st->txtMinValue->text(), QStringLiteral("3"));
+
+        // Equal limits: the message, and the bars stay as they were.
+        st->txtMinValue->setText(QStringLiteral("50"));
+        QString said;
+        test::WhenModal([&](QWidget *w) {
+            said = qobject_cast<frmMessageBox *>(w)->lblMessage->text();
+            w->close();
+        });
+        st->btnRefresh->click();
+        QCOMPARE(said, ResString(30));
+        QCOMPARE(c->Count(0), 11);
+
+        // Five classes from 0: four ranges and the "over" class.
+        st->txtMinValue->setText(QStringLiteral("0"));
+        st->txtMaxValue->setText(QStringLiteral("0.6"));
+        st->cboNumClassi->setCurrentIndex(2);
+        st->btnRefresh->click();
+        QCOMPARE(c->Count(0), 5);
+        QVERIFY(Statistics().StatLabel[5].startsWith(QLatin1Char('>')));
+
+        // The image through the save dialog: the filter in force decides the format.
+        QString title;
+        CommonDialog::SetResponder([&](const CommonDialog &d, bool) {
+            title = d.DialogTitle;
+            return CommonDialog::Answer{dir_.filePath(QStringLiteral("bars.png")), 2};
+        });
+        st->SaveImage();
+        CommonDialog::SetResponder(nullptr);
+        QCOMPARE(title, ResString(3036));
+        const QByteArray svg = ReadBack(dir_.filePath(QStringLiteral("bars.png.wmf")));
+        QVERIFY2(!svg.isEmpty(), "the metafile of the bars did not read back");
+        QVERIFY(svg.contains(ResString(3037).toLatin1()));
+        QCOMPARE(Count(svg, "fill:red;"), 5);  // the bars, in the bar colour of the options
+        main_->mdiArea->closeAllSubWindows();
+        QTRY_VERIFY(!Shared().GraphStOpen);
+    }
+
+    void timeChartImages() {
+        main_->tbrToolbar_ButtonClick(13);
+        frmGraphTe *te = main_->findChild<frmGraphTe *>();
+        QVERIFY(te);
+        const QString jpg = dir_.filePath(QStringLiteral("chart.jpg"));
+        CommonDialog::SetResponder([&](const CommonDialog &, bool) { return CommonDialog::Answer{jpg, 1}; });
+        te->SaveImage();
+        CommonDialog::SetResponder(nullptr);
+        QCOMPARE(QImage(jpg).size(), QSize(800, 600));
+
+        const QString wmf = dir_.filePath(QStringLiteral("chart.wmf"));
+        QVERIFY(ExportChartImage(te->teeEvolution, wmf));
+        const QByteArray svg = ReadBack(wmf);
+        QVERIFY2(!svg.isEmpty(), "the metafile of the time chart did not read back");
+        QVERIFY(svg.contains(ResString(3034).toLatin1()));
+        // Four traces and the threshold: long polylines in the trace colours, and a dashed line.
+        const QRegularExpression trace(QStringLiteral("<polyline points=\"([^\"]*)\""));
+        int longLines = 0;
+        for (auto it = trace.globalMatch(QString::fromLatin1(svg)); it.hasNext();)
+            if (it.next().captured(1).count(QLatin1Char(',')) > 50) ++longLines;
+        QCOMPARE(longLines, 4);
+        QVERIFY(QString::fromLatin1(svg).contains(
+            QRegularExpression(QStringLiteral("stroke-dasharray:[0-9.]+ [0-9.]+; stroke:(?!silver)"))));
+        // The dates under the axis, date above time.
+        QVERIFY(svg.contains(GeneralDate(Data().DataStart).section(QLatin1Char(' '), 0, 0).toLatin1()));
+        main_->mdiArea->closeAllSubWindows();
+    }
+};
+
+QTEST_MAIN(StatsChartTest)
+#include "stats_chart_test.moc"
