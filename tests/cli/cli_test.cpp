@@ -113,3 +113,26 @@ TEST_F(CliTest, LoggerCommandsAgainstTheSimulator) {
     sim.terminate();
     sim.waitForFinished(3000);
 }
+
+TEST_F(CliTest, ChartImagesForReports) {
+    const QString jpg = dir.filePath(QStringLiteral("time.jpg")),
+                  wmf = dir.filePath(QStringLiteral("bars.wmf"));
+    ASSERT_EQ(Run({"chart", log, "--kind", "time", "-o", jpg}).code, 0);
+    const QByteArray jpeg = fm::test::ReadBytes(jpg);
+    const int sof = int(jpeg.indexOf(QByteArray("\xFF\xC0", 2)));
+    ASSERT_GT(sof, 0);
+    EXPECT_EQ(uchar(jpeg[sof + 5]) << 8 | uchar(jpeg[sof + 6]), 600);
+    EXPECT_EQ(uchar(jpeg[sof + 7]) << 8 | uchar(jpeg[sof + 8]), 800);
+    ASSERT_EQ(
+        Run({"chart", log, "--kind", "stats", "--min", "0", "--max", "1", "--classes", "5", "-o", wmf}).code,
+        0);
+    EXPECT_EQ(fm::test::ReadBytes(wmf).left(4), QByteArray("\xD7\xCD\xC6\x9A", 4));
+    // Limits the refresh would refuse, a format it cannot write, options of the other chart.
+    const Result equal =
+        Run({"--lang", "en", "chart", log, "--kind", "stats", "--min", "60", "--max", "70", "-o", wmf});
+    EXPECT_EQ(equal.code, 1);
+    EXPECT_TRUE(equal.err.contains(QStringLiteral("greater than the minimum")));
+    EXPECT_EQ(Run({"chart", log, "--kind", "time", "-o", dir.filePath(QStringLiteral("x.gif"))}).code, 64);
+    EXPECT_EQ(Run({"chart", log, "--kind", "time", "--classes", "5", "-o", jpg}).code, 64);
+    EXPECT_EQ(Run({"chart", log, "--kind", "stats", "--classes", "12", "-o", jpg}).code, 64);
+}

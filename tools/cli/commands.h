@@ -1,6 +1,7 @@
 #pragma once
 // The commands of fluxmere-cli. Each returns the process's exit status.
 #include <QStringList>
+#include <optional>
 
 namespace fm::cli {
 inline constexpr int kOk = 0, kFailed = 1, kNoLanguage = 2, kUsage = 64;
@@ -9,6 +10,12 @@ int Info(const QString &file, bool json);
 int Convert(const QString &in, const QString &out);
 int Export(const QString &in, bool csv, const QString &out);
 int List(const QString &in, bool byValue);
+// Limits of the statistics chart; what is not given keeps the window's own.
+struct ChartLimits {
+    std::optional<double> min, max;
+    int classes = 0;
+};
+int Chart(const QString &in, const QString &kind, const ChartLimits &limits, const QString &out);
 int Status(const QString &port);
 int ReadCodes(const QString &port);
 int WriteCodes(const QString &port, const QString &shortId, const QString &longId);

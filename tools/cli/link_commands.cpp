@@ -19,7 +19,9 @@
 
 namespace fm::cli {
 namespace {
-void Print(const QString &text) { std::fputs(qPrintable(text + QLatin1Char('\n')), stdout); }
+void Print(const QString &text) {
+    std::fputs(qPrintable(text + QLatin1Char('\n')), stdout);
+}
 
 // The start steps as lines on the terminal.
 class PrintedProgress : public StartProgress {
@@ -52,7 +54,7 @@ bool ParseDateArg(const QString &text, std::optional<double> &out) {
     out = d;
     return true;
 }
-} // namespace
+}  // namespace
 
 int Status(const QString &port) {
     if (!Connect(port)) return kFailed;
@@ -61,13 +63,15 @@ int Status(const QString &port) {
     Print(ResString(4036) + QStringLiteral(": ") + st.text);
     const int unit = m[5] & 7;
     const QString letter = unit >= 2 && unit <= 5 ? Shared().UnitLetters[size_t(unit)] : QString();
-    Print(ResString(4032) + QStringLiteral(": ") + QString::number(FromBcd(uint8_t(m[6]))) + QLatin1Char(' ') + letter);
+    Print(ResString(4032) + QStringLiteral(": ") + QString::number(FromBcd(uint8_t(m[6]))) +
+          QLatin1Char(' ') + letter);
     uint8_t wire[5];
     const int from = (m[7] & 1) ? 8 : 0;
     for (int i = 0; i < 5; ++i) wire[i] = uint8_t(m[size_t(from + i)]);
     Print(ResString(4033) + QStringLiteral(": ") + GeneralDate(DecodeWireDate(wire)));
     const int address = m[13] * 256 + m[14];
-    Print(ResString(4031) + QStringLiteral(": ") + QString::number(address >= 96 ? CLng((address - 96) / 7.0) : 0));
+    Print(ResString(4031) + QStringLiteral(": ") +
+          QString::number(address >= 96 ? CLng((address - 96) / 7.0) : 0));
     return kOk;
 }
 
@@ -80,8 +84,9 @@ int ReadCodes(const QString &port) {
 
 int WriteCodes(const QString &port, const QString &shortId, const QString &longId) {
     if (shortId.size() > 16 || longId.size() > 48) {
-        Host().MessBox(ResString(28) + (shortId.size() > 16 ? QStringLiteral("(Max 16)") : QStringLiteral("(Max 48)")), {},
-                       -1, -1);
+        Host().MessBox(
+            ResString(28) + (shortId.size() > 16 ? QStringLiteral("(Max 16)") : QStringLiteral("(Max 48)")),
+            {}, -1, -1);
         return kFailed;
     }
     if (!Connect(port)) return kFailed;
@@ -90,10 +95,11 @@ int WriteCodes(const QString &port, const QString &shortId, const QString &longI
     return WriteID() ? kOk : kFailed;
 }
 
-int Program(const QString &port, const QString &step, const QString &unit, const QString &start, const QString &stop,
-            const QString &clock) {
+int Program(const QString &port, const QString &step, const QString &unit, const QString &start,
+            const QString &stop, const QString &clock) {
     SessionRequest r{step, unit, {}, {}, {}};
-    if (!ParseDateArg(start, r.start) || !ParseDateArg(stop, r.stop) || !ParseDateArg(clock, r.clock)) return kUsage;
+    if (!ParseDateArg(start, r.start) || !ParseDateArg(stop, r.stop) || !ParseDateArg(clock, r.clock))
+        return kUsage;
     if (!Connect(port)) return kFailed;
     PrintedProgress progress;
     return ProgramSession(r, progress) ? kOk : kFailed;
@@ -113,4 +119,4 @@ int Upload(const QString &port, const QString &out) {
     return kOk;
 }
 
-} // namespace fm::cli
+}  // namespace fm::cli

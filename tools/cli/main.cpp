@@ -8,9 +8,13 @@
 #include "core/options.h"
 #include "core/regional.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <algorithm>
 #include <cstdio>
+#include <cstring>
+#include <memory>
 
 using namespace fm;
 
@@ -25,6 +29,8 @@ const char kUsageText[] =
     "  list FILE [--by-value]  the data list's text, by time or by value\n"
     "  export FILE --csv|--tab -o OUT\n"
     "                       the measurement as a \";\" table or a tab table\n"
+    "  chart FILE --kind time|stats [--min A --max B --classes N] -o OUT\n"
+    "                       a chart as an image: .jpg (800x600), .wmf, .png, .svg or .pdf\n"
     "  status --port DEV                       the logger's session state\n"
     "  read-id --port DEV                      the logger's identification codes\n"
     "  write-id --port DEV SHORT LONG          write the codes (16 and 48 characters at most)\n"
@@ -49,9 +55,15 @@ int Usage(const char *problem) {
 }  // namespace
 
 int main(int argc, char **argv) {
-    QCoreApplication app(argc, argv);
-    QStringList args = app.arguments().mid(1);
-    QString optionsFile, lang, threshold, port, out, step, unit, start, stop, clock;
+    // Charts are drawn by widgets, off any screen: no display is needed.
+    const bool charts =
+        std::any_of(argv + 1, argv + argc, [](const char *a) { return std::strcmp(a, "chart") == 0; });
+    if (charts && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    std::unique_ptr<QCoreApplication> app =
+        charts ? std::make_unique<QApplication>(argc, argv) : std::make_unique<QCoreApplication>(argc, argv);
+    QStringList args = app->arguments().mid(1);
+    QString optionsFile, lang, threshold, port, out, step, unit, start, stop, clock, kind, minimum, maximum,
+        classes;
     bool yes = false;
     QStringList rest;
     for (int i = 0; i < args.size(); ++i) {
@@ -85,6 +97,14 @@ int main(int argc, char **argv) {
             if (!value(stop)) return Usage("--stop needs a date");
         } else if (a == QLatin1String("--clock")) {
             if (!value(clock)) return Usage("--clock needs a date");
+        } else if (a == QLatin1String("--kind")) {
+            if (!value(kind)) return Usage("--kind takes time or stats");
+        } else if (a == QLatin1String("--min")) {
+            if (!value(minimum)) return Usage("--min needs a number");
+        } else if (a == QLatin1String("--max")) {
+            if (!value(maximum)) return Usage("--max needs a number");
+        } else if (a == QLatin1String("--classes")) {
+            if (!value(classes)) return Usage("--classes takes 3 to 11");
         } else if (a == QLatin1String("--threshold")) {
             if (!value(threshold)) return Usage("--threshold needs a number");
         } else {
@@ -128,8 +148,29 @@ int main(int argc, char **argv) {
     if (cmd == QLatin1String("export")) {
         const bool csv = rest.removeAll(QStringLiteral("--csv")) > 0;
         const bool tab = rest.removeAll(QStringLiteral("--tab")) > 0;
-        if (rest.size() != 1 || out.isEmpty() || csv == tab) return Usage("export takes FILE, --csv or --tab, and -o OUT");
+        if (rest.size() != 1 || out.isEmpty() || csv == tab)
+            return Usage("export takes FILE, --csv or --tab, and -o OUT");
         return cli::Export(rest[0], csv, out);
+    }
+    if (cmd == QLatin1String("chart")) {
+        if (rest.size() != 1 || out.isEmpty()) return Usage("chart takes FILE, --kind and -o OUT");
+        if (kind != QLatin1String("time") && kind != QLatin1String("stats"))
+            return Usage("--kind takes time or stats");
+        cli::ChartLimits limits;
+        if (!classes.isEmpty()) {
+            bool ok = false;
+            limits.classes = classes.toInt(&ok);
+            if (!ok || limits.classes < 3 || limits.classes > 11) return Usage("--classes takes 3 to 11");
+        }
+        for (auto [text, into] : {std::pair{&minimum, &limits.min}, std::pair{&maximum, &limits.max}}) {
+            double v = 0;
+            if (text->isEmpty()) continue;
+            if (!ParseNumber(*text, &v)) return Usage("--min and --max take numbers");
+            *into = v;
+        }
+        if (kind == QLatin1String("time") && (limits.min || limits.max || limits.classes))
+            return Usage("--min, --max and --classes belong to the statistics chart");
+        return cli::Chart(rest[0], kind, limits, out);
     }
     if (cmd == QLatin1String("convert")) {
         if (rest.size() != 2) return Usage("convert takes an input and an output file");

@@ -227,8 +227,9 @@ void ChartControl::SetLeftDecimals(int decimals) {
 void ChartControl::SetBottomTitle(const QString &title) {
     plot_->xAxis->setLabel(title);
 }
+// Angles count anticlockwise, QCustomPlot's clockwise.
 void ChartControl::SetBottomLabelAngle(int degrees) {
-    plot_->xAxis->setTickLabelRotation(degrees);
+    plot_->xAxis->setTickLabelRotation(-degrees);
 }
 
 QPointF ChartControl::PointPosition(int s, int i) const {

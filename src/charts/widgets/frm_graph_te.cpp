@@ -23,6 +23,7 @@
 #include <QPushButton>
 #include <QToolBar>
 #include <QVBoxLayout>
+#include <cmath>
 
 namespace fm {
 namespace {
@@ -142,11 +143,10 @@ void frmGraphTe::DrawGraph() {
             }
         }
         c->SetLabelFunction([](int point) {
-            // The date above the time.
-            QString label = GeneralDate(Data().SampleDate(point + 1));
-            const int blank = int(label.indexOf(QLatin1Char(' ')));
-            if (blank >= 0) label[blank] = QLatin1Char('\n');
-            return label;
+            // The date above the time (a short date may hold blanks of its own).
+            const double date = Data().SampleDate(point + 1);
+            const QString time = LongTime(date);
+            return date == std::floor(date) ? ShortDate(date) : ShortDate(date) + QLatin1Char('\n') + time;
         });
         const double range = double(d.DataMax) - double(d.DataMin);
         if (chkLogaritmic->isChecked())
