@@ -7,9 +7,14 @@
 #include "core/options.h"
 #include "core/regional.h"
 
-#include <QFile>
-#include <csignal>
+#include <fcntl.h>
+#include <stdlib.h>
 #include <sys/resource.h>
+#include <unistd.h>
+#include <QDir>
+#include <QFile>
+#include <cmath>
+#include <csignal>
 
 namespace fm::test {
 
@@ -70,4 +75,36 @@ QByteArray LogText(const QStringList &lines) {
     return out;
 }
 
-} // namespace fm::test
+void WriteDayLog(const QString &path, int samples, int gap) {
+    QStringList lines{"Field Activity Log",
+                      "14/10/2026 08:00:00@15/10/2026 08:00:00@3",
+                      "10n",
+                      QString::number(samples),
+                      "ID",
+                      "Cabina"};
+    for (int i = 0; i < samples; ++i) {
+        if (i == gap) {
+            lines << QStringLiteral("-1 -1 -1 0");
+            continue;
+        }
+        const double v = 0.3 + 0.25 * std::sin(i / 20.0);
+        lines << QStringLiteral("%1 %2 %3  0")
+                     .arg(v * 0.8, 0, 'f', 2)
+                     .arg(v * 0.5, 0, 'f', 2)
+                     .arg(v * 0.3, 0, 'f', 2);
+    }
+    WriteBytes(path, LogText(lines));
+}
+
+int LinkPtyAsCom1(const QString &dir) {
+    const int fd = posix_openpt(O_RDWR | O_NOCTTY);
+    if (fd < 0) return -1;
+    if (grantpt(fd) != 0 || unlockpt(fd) != 0 ||
+        !QFile::link(QString::fromLocal8Bit(ptsname(fd)), QDir(dir).filePath(QStringLiteral("com1")))) {
+        ::close(fd);
+        return -1;
+    }
+    return fd;
+}
+
+}  // namespace fm::test

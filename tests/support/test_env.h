@@ -48,4 +48,12 @@ QByteArray ReadBytes(const QString &path);
 // A log as the writer of `locale`'s machine puts it on disk (CR LF, quoted lines).
 QByteArray LogText(const QStringList &lines);
 
-} // namespace fm::test
+// A log of `samples` ten-minute samples of a slowly turning field from 14/10/2026 08:00;
+// the sample at index `gap` has no data.
+void WriteDayLog(const QString &path, int samples, int gap = -1);
+
+// A pseudo-terminal linked as "com1" in `dir`, so that the windows' port opens alike on
+// every machine. Returns its master side, or -1.
+int LinkPtyAsCom1(const QString &dir);
+
+}  // namespace fm::test

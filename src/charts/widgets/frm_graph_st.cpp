@@ -9,9 +9,11 @@
 #include "core/language.h"
 #include "core/options.h"
 #include "core/regional.h"
+#include "core/widgets/colors.h"
 #include "core/widgets/icons.h"
 #include "core/widgets/set_up_form.h"
 #include "shell/widgets/frm_main.h"
+#include "shell/widgets/view_window.h"
 
 #include <QComboBox>
 #include <QFocusEvent>
@@ -31,10 +33,6 @@
 namespace fm {
 namespace {
 constexpr double kLimitMin = 0, kLimitMax = 50;
-
-QColor FromBgr(uint32_t c) {
-    return QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF));
-}
 
 // The number at the start of a box, with a decimal point only: an empty box is 0.
 double BoxValue(const QLineEdit *box) {
@@ -205,9 +203,7 @@ void frmGraphSt::SaveImage() {
 }
 
 void frmGraphSt::showEvent(QShowEvent *e) {
-    QString caption = ResString(4008);
-    if (!Data().DataFile.isEmpty()) caption += QStringLiteral(" [") + Data().DataFile + QLatin1Char(']');
-    setWindowTitle(caption);
+    setWindowTitle(ViewCaption(4008));
     QWidget::showEvent(e);
 }
 
@@ -215,11 +211,7 @@ QMdiSubWindow *ShowGraphSt() {
     frmMain *m = MainForm();
     if (!m || !Data().DataPresent) return nullptr;
     auto *form = new frmGraphSt;
-    QMdiSubWindow *w = m->mdiArea->addSubWindow(form);
-    w->setAttribute(Qt::WA_DeleteOnClose);
-    w->setWindowIcon(ToolbarImage(10));
-    w->resize(620, 420);
-    w->show();
+    QMdiSubWindow *w = AddView(form, 10, QSize(620, 420));
     return w;
 }
 }  // namespace fm

@@ -8,10 +8,12 @@
 #include "core/language.h"
 #include "core/options.h"
 #include "core/regional.h"
+#include "core/widgets/colors.h"
 #include "core/widgets/icons.h"
 #include "core/widgets/set_up_form.h"
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/frm_source.h"
+#include "shell/widgets/view_window.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -27,9 +29,6 @@
 
 namespace fm {
 namespace {
-QColor FromBgr(uint32_t c) {
-    return QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF));
-}
 uint32_t TraceColor(int k) {
     const OptionsRecord &o = Options();
     const uint32_t c[] = {o.ColorTrace1, o.ColorTrace2, o.ColorTrace3, o.ColorTrace4};
@@ -170,9 +169,7 @@ void frmGraphTe::SaveImage() {
 }
 
 void frmGraphTe::showEvent(QShowEvent *e) {
-    QString caption = ResString(4014);
-    if (!Data().DataFile.isEmpty()) caption += QStringLiteral(" [") + Data().DataFile + QLatin1Char(']');
-    setWindowTitle(caption);
+    setWindowTitle(ViewCaption(4014));
     QWidget::showEvent(e);
 }
 
@@ -180,11 +177,7 @@ QMdiSubWindow *ShowGraphTe() {
     frmMain *m = MainForm();
     if (!m || !Data().DataPresent) return nullptr;
     auto *form = new frmGraphTe;
-    QMdiSubWindow *w = m->mdiArea->addSubWindow(form);
-    w->setAttribute(Qt::WA_DeleteOnClose);
-    w->setWindowIcon(ToolbarImage(9));
-    w->resize(760, 460);
-    w->show();
+    QMdiSubWindow *w = AddView(form, 9, QSize(760, 460));
     if (frmSource *s = Source())
         QObject::connect(s, &frmSource::sampleSelected, form, &frmGraphTe::GetChartPoint);
     return w;

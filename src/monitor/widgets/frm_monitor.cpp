@@ -6,6 +6,7 @@
 #include "core/language.h"
 #include "core/options.h"
 #include "core/regional.h"
+#include "core/widgets/colors.h"
 #include "core/widgets/icons.h"
 #include "core/widgets/set_up_form.h"
 #include "link/link_state.h"
@@ -32,7 +33,6 @@
 
 namespace fm {
 namespace {
-QColor FromBgr(uint32_t c) { return QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF)); }
 
 void Paint(QLabel *l, uint32_t back) {
     l->setAutoFillBackground(true);

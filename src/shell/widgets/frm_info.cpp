@@ -1,5 +1,6 @@
 #include "shell/widgets/frm_info.h"
 
+#include "core/widgets/colors.h"
 #include "core/widgets/icons.h"
 #include "core/widgets/set_up_form.h"
 #include "shell/info_model.h"
@@ -12,7 +13,6 @@
 
 namespace fm {
 namespace {
-QColor FromBgr(uint32_t c) { return QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF)); }
 
 QLabel *Caption(QWidget *parent, const char *text, int tag) {
     auto *l = new QLabel(QString::fromUtf8(text), parent);

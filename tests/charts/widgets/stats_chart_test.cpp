@@ -66,33 +66,15 @@ class StatsChartTest : public QObject {
     int pty_ = -1;
     frmMain *main_ = nullptr;
 
-    QString Log(const QString &name, int samples) {
-        const QString log = dir_.filePath(name);
-        QStringList lines{"Field Activity Log",
-                          "14/10/2026 08:00:00@15/10/2026 08:00:00@3",
-                          "10n",
-                          QString::number(samples),
-                          "ID",
-                          "Cabina"};
-        for (int i = 0; i < samples; ++i) {
-            const double v = 0.3 + 0.25 * std::sin(i / 20.0);
-            lines << QStringLiteral("%1 %2 %3  0")
-                         .arg(v * 0.8, 0, 'f', 2)
-                         .arg(v * 0.5, 0, 'f', 2)
-                         .arg(v * 0.3, 0, 'f', 2);
-        }
-        test::WriteBytes(log, test::LogText(lines));
-        return log;
-    }
-
 private slots:
     void initTestCase() {
         SetWritableDir(dir_.path());
-        pty_ = posix_openpt(O_RDWR | O_NOCTTY);
-        QVERIFY(pty_ >= 0 && grantpt(pty_) == 0 && unlockpt(pty_) == 0);
-        QVERIFY(QFile::link(QString::fromLocal8Bit(ptsname(pty_)), dir_.filePath(QStringLiteral("com1"))));
+        pty_ = test::LinkPtyAsCom1(dir_.path());
+        QVERIFY(pty_ >= 0);
         Data() = MeasurementData{};
-        QVERIFY(StartUp(0, {QStringLiteral("-L"), Log(QStringLiteral("day.log"), 144)}));
+        const QString log = dir_.filePath(QStringLiteral("day.log"));
+        test::WriteDayLog(log, 144);
+        QVERIFY(StartUp(0, {QStringLiteral("-L"), log}));
         main_ = MainForm();
         QVERIFY(main_);
         main_->resize(1200, 760);

@@ -31,28 +31,14 @@ class TimeChartTest : public QObject {
 private slots:
     void initTestCase() {
         SetWritableDir(dir_.path());
-        pty_ = posix_openpt(O_RDWR | O_NOCTTY);
-        QVERIFY(pty_ >= 0 && grantpt(pty_) == 0 && unlockpt(pty_) == 0);
-        QVERIFY(QFile::link(QString::fromLocal8Bit(ptsname(pty_)), dir_.filePath(QStringLiteral("com1"))));
+        pty_ = test::LinkPtyAsCom1(dir_.path());
+        QVERIFY(pty_ >= 0);
     }
     void cleanupTestCase() { ::close(pty_); }
 
     void chartAfterALoad() {
         const QString log = dir_.filePath(QStringLiteral("day.log"));
-        QStringList lines{
-            "Field Activity Log", "14/10/2026 08:00:00@15/10/2026 08:00:00@3", "10n", "144", "ID", "Cabina"};
-        for (int i = 0; i < 144; ++i) {
-            if (i == 50) {
-                lines << "-1 -1 -1 0";
-                continue;
-            }
-            const double v = 0.3 + 0.25 * std::sin(i / 20.0);
-            lines << QStringLiteral("%1 %2 %3  0")
-                         .arg(v * 0.8, 0, 'f', 2)
-                         .arg(v * 0.5, 0, 'f', 2)
-                         .arg(v * 0.3, 0, 'f', 2);
-        }
-        test::WriteBytes(log, test::LogText(lines));
+        test::WriteDayLog(log, 144, 50);
         Data() = MeasurementData{};
         QVERIFY(StartUp(0, {QStringLiteral("-L"), log}));
         frmMain *m = MainForm();

@@ -11,13 +11,16 @@
 #include "shell/widgets/frm_info.h"
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/frm_message_box.h"
-#include "shell/widgets/frm_warnings.h"
 #include "shell/widgets/frm_source.h"
-#include "shell/widgets/source_view.h"
+#include "shell/widgets/frm_warnings.h"
 #include "shell/widgets/main_entry.h"
+#include "shell/widgets/source_view.h"
 #include "support/modal.h"
 #include "support/test_env.h"
 
+#include <fcntl.h>
+#include <stdlib.h>
+#include <unistd.h>
 #include <QAction>
 #include <QLabel>
 #include <QMdiSubWindow>
@@ -27,9 +30,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTreeWidget>
-#include <fcntl.h>
-#include <stdlib.h>
-#include <unistd.h>
 
 using namespace fm;
 
@@ -57,14 +57,13 @@ class MainWindowTest : public QObject {
 private slots:
     void initTestCase() {
         SetWritableDir(dir_.path());
-        pty_ = posix_openpt(O_RDWR | O_NOCTTY);
-        QVERIFY(pty_ >= 0 && grantpt(pty_) == 0 && unlockpt(pty_) == 0);
-        QVERIFY(QFile::link(QString::fromLocal8Bit(ptsname(pty_)), dir_.filePath(QStringLiteral("com1"))));
+        pty_ = test::LinkPtyAsCom1(dir_.path());
+        QVERIFY(pty_ >= 0);
         log_ = dir_.filePath(QStringLiteral("five.log"));
-        test::WriteBytes(log_, test::LogText({"Field Activity Log", "14/10/2026 08:00:00@14/10/2026 08:05:00@3",
-                                              "1n", "5", "QL540-0042", "Cabina 3", "0.10 0.20 0.30  0",
-                                              "0.50 0.50 0.50  0", "-1 -1 -1 0", "1.00 0.00 0.00  0",
-                                              "0.20 0.20 0.20  0"}));
+        test::WriteBytes(
+            log_, test::LogText({"Field Activity Log", "14/10/2026 08:00:00@14/10/2026 08:05:00@3", "1n", "5",
+                                 "QL540-0042", "Cabina 3", "0.10 0.20 0.30  0", "0.50 0.50 0.50  0",
+                                 "-1 -1 -1 0", "1.00 0.00 0.00  0", "0.20 0.20 0.20  0"}));
     }
     void cleanup() { Stop(); }
     void cleanupTestCase() { ::close(pty_); }
@@ -128,7 +127,8 @@ private slots:
         test::Snapshot(m, QStringLiteral("main_with_list"));
         list->SwitchOrder();
         QVERIFY(!list->IsChronological());
-        QCOMPARE(list->lblOrder->text(), QStringLiteral("Lista dei dati ordinati per valore di risultante magnetica"));
+        QCOMPARE(list->lblOrder->text(),
+                 QStringLiteral("Lista dei dati ordinati per valore di risultante magnetica"));
         list->GetSourceRow(0);  // in value order a chart point changes nothing
         QCOMPARE(list->txtSource->CurrentLine(), qint64(-1));
         list->SwitchOrder();
@@ -184,10 +184,11 @@ private slots:
         m->tbrToolbar_ButtonClick(2);
         QCOMPARE(Options().LastPath, before);
         QVERIFY(!Data().DataPresent);
-        CommonDialog::SetResponder([this](const CommonDialog &d, bool save) -> std::optional<CommonDialog::Answer> {
-            if (save || d.DialogTitle != ResString(3001)) return std::nullopt;
-            return CommonDialog::Answer{log_, 1};
-        });
+        CommonDialog::SetResponder(
+            [this](const CommonDialog &d, bool save) -> std::optional<CommonDialog::Answer> {
+                if (save || d.DialogTitle != ResString(3001)) return std::nullopt;
+                return CommonDialog::Answer{log_, 1};
+            });
         m->tbrToolbar_ButtonClick(2);
         QVERIFY(Data().DataPresent);
         QCOMPARE(Options().LastPath.trimmed(), dir_.path() + QLatin1Char('/'));
@@ -237,10 +238,11 @@ private slots:
         Data().DataSaved = false;
         const QString target = dir_.filePath(QStringLiteral("saved_at_exit.log"));
         QFile::remove(target);
-        CommonDialog::SetResponder([&](const CommonDialog &d, bool save) -> std::optional<CommonDialog::Answer> {
-            if (!save || d.DialogTitle != ResString(3003)) return std::nullopt;
-            return CommonDialog::Answer{target, 1};
-        });
+        CommonDialog::SetResponder(
+            [&](const CommonDialog &d, bool save) -> std::optional<CommonDialog::Answer> {
+                if (!save || d.DialogTitle != ResString(3003)) return std::nullopt;
+                return CommonDialog::Answer{target, 1};
+            });
         test::WhenModal([](QWidget *w) { qobject_cast<frmMessageBox *>(w)->btnOK->click(); });
         ShutDown(m);
         delete m;
@@ -260,10 +262,12 @@ private slots:
             about.show();
             QTest::keyClicks(&about, QLatin1String(typed));
             bool credits = false;
-            test::WhenModal([&](QWidget *w) {
-                credits = w->objectName() == QLatin1String("frmHidden");
-                w->close();
-            }, 20);
+            test::WhenModal(
+                [&](QWidget *w) {
+                    credits = w->objectName() == QLatin1String("frmHidden");
+                    w->close();
+                },
+                20);
             about.btnOK->click();
             QCOMPARE(credits, QByteArray(typed) == "opensky");
             QVERIFY(about.lblEEprom->text().endsWith(QStringLiteral(" 512 Kbit")));
