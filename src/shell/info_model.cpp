@@ -6,8 +6,7 @@
 #include "core/regional.h"
 
 namespace fm {
-namespace {
-QString Unit(const QString &letter) {
+QString StepUnitWord(const QString &letter) {
     if (letter == QLatin1String("s")) return ResString(3013);
     if (letter == QLatin1String("n")) return ResString(3012);
     if (letter == QLatin1String("h")) return ResString(3014);
@@ -18,7 +17,6 @@ QString Unit(const QString &letter) {
 QString Microtesla(double v) {
     return FormatNumber(v, u"#0.00") + QStringLiteral(" µT");
 }
-}  // namespace
 
 InfoTexts BuildInfo() {
     const MeasurementData &d = Data();
@@ -29,7 +27,7 @@ InfoTexts BuildInfo() {
     t.saved = d.DataSaved;
     const QString none = QStringLiteral("---");
     if (d.DataPresent) {
-        t.step = QString::number(d.DataStep) + QLatin1Char(' ') + Unit(d.DataStepUnit);
+        t.step = QString::number(d.DataStep) + QLatin1Char(' ') + StepUnitWord(d.DataStepUnit);
         t.source = d.DataSource;
         t.count = QString::number(d.DataCount);
         t.start = GeneralDate(d.DataStart);

@@ -17,10 +17,16 @@ struct InfoTexts {
     uint32_t monitorBack = 0;  // 0x00BBGGRR
     QString commText;
     uint32_t commColor = 0;  // 0x00BBGGRR
+    bool live = false;  // live figures: the median and the data pictures are left as they are
 };
 
 // The panel's texts from the shared state (data set, MonitorState, CommOpen).
 InfoTexts BuildInfo();
+
+// The word of a step unit letter ("s", "n", "h", "d").
+QString StepUnitWord(const QString &letter);
+// "#0.00 µT".
+QString Microtesla(double value);
 
 // Blanks in front of text up to width; a longer text stays whole.
 QString Formatta(const QString &text, int width);

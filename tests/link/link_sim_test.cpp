@@ -14,50 +14,21 @@
 #include "link/timers.h"
 #include "link/transaction.h"
 #include "support/recorder_host.h"
+#include "support/simulator.h"
 #include "support/test_env.h"
 
+#include <gtest/gtest.h>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QThread>
-#include <gtest/gtest.h>
 
 using namespace fm;
 
 namespace {
-class Simulator {
-public:
-    Simulator(const QString &dir, QStringList args) : dir_(dir) {
-        args << QStringLiteral("--link") << dir + QStringLiteral("/com1") << QStringLiteral("--control")
-             << dir + QStringLiteral("/ctl");
-        proc_.start(QStringLiteral(FLUXMERE_SIM), args);
-        proc_.waitForReadyRead(5000);
-        device = QString::fromLocal8Bit(proc_.readLine()).trimmed();
-    }
-    ~Simulator() {
-        proc_.terminate();
-        proc_.waitForFinished(3000);
-    }
-    void Say(const QString &line) {
-        QFile ctl(dir_ + QStringLiteral("/ctl"));
-        if (ctl.open(QIODevice::WriteOnly)) ctl.write((line + QLatin1Char('\n')).toLatin1());
-        ctl.close();
-        QThread::msleep(250);  // the simulator reads its control line between frames
-    }
-    QString device;
-
-private:
-    QString dir_;
-    QProcess proc_;
-};
-
-// Lets the event loop run for `ms`, as the application does between commands.
-void RunEvents(int ms) {
-    QElapsedTimer t;
-    t.start();
-    while (t.elapsed() < ms) QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-}
+using test::RunEvents;
+using test::Simulator;
 
 class LinkTest : public ::testing::Test {
 protected:
@@ -74,11 +45,12 @@ protected:
     test::Fresh fresh;
     test::RecorderHost host;
 };
-} // namespace
+}  // namespace
 
 TEST_F(LinkTest, PortCodesAndUploadMatchTheLogger) {
-    Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast"), QStringLiteral("--memory"), QStringLiteral("8192"),
-                                       QStringLiteral("--dump-samples"), fresh.Path(QStringLiteral("samples.txt"))});
+    Simulator sim(fresh.Dir().path(),
+                  {QStringLiteral("--fast"), QStringLiteral("--memory"), QStringLiteral("8192"),
+                   QStringLiteral("--dump-samples"), fresh.Path(QStringLiteral("samples.txt"))});
     ASSERT_FALSE(sim.device.isEmpty());
     EXPECT_EQ(SerialPort::DevicePath(1), fresh.Path(QStringLiteral("com1")));
     ASSERT_TRUE(SelectPort(0));
@@ -102,11 +74,14 @@ TEST_F(LinkTest, PortCodesAndUploadMatchTheLogger) {
     EXPECT_EQ(d.DataSource, QStringLiteral("Upload"));
     EXPECT_FALSE(d.DataSaved);
     const QStringList expected =
-        QString::fromLatin1(test::ReadBytes(fresh.Path(QStringLiteral("samples.txt")))).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        QString::fromLatin1(test::ReadBytes(fresh.Path(QStringLiteral("samples.txt"))))
+            .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     ASSERT_EQ(d.DataCount, 1156);  // 8096 bytes hold 1156 whole samples
     ASSERT_EQ(expected.size(), d.DataCount);
     for (int i = 1; i <= d.DataCount; ++i) {
-        const QString got = QStringLiteral("%1 %2 %3").arg(d.DataX[size_t(i)], 0, 'f', 2).arg(d.DataY[size_t(i)], 0, 'f', 2)
+        const QString got = QStringLiteral("%1 %2 %3")
+                                .arg(d.DataX[size_t(i)], 0, 'f', 2)
+                                .arg(d.DataY[size_t(i)], 0, 'f', 2)
                                 .arg(d.DataZ[size_t(i)], 0, 'f', 2);
         ASSERT_EQ(got, expected[i - 1]) << "sample " << i;
     }
@@ -197,7 +172,8 @@ TEST_F(LinkTest, AsynchronousExchangesAndLateReplies) {
 }
 
 TEST_F(LinkTest, UploadFaultsLeaveTheDataSetAlone) {
-    Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast"), QStringLiteral("--memory"), QStringLiteral("4096")});
+    Simulator sim(fresh.Dir().path(),
+                  {QStringLiteral("--fast"), QStringLiteral("--memory"), QStringLiteral("4096")});
     ASSERT_TRUE(SelectPort(0));
     ASSERT_TRUE(InitCommunication());
     Data().DataSource = QStringLiteral("File");
@@ -224,20 +200,23 @@ TEST_F(LinkTest, EveryMemorySizeUploadsAndSavesSampleForSample) {
     for (const int memory : {4096, 8192, 32768, 65536}) {
         SCOPED_TRACE(memory);
         const QString dump = fresh.Path(QStringLiteral("samples%1.txt").arg(memory));
-        Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast"), QStringLiteral("--memory"), QString::number(memory),
-                                           QStringLiteral("--dump-samples"), dump});
+        Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast"), QStringLiteral("--memory"),
+                                           QString::number(memory), QStringLiteral("--dump-samples"), dump});
         ASSERT_TRUE(SelectPort(0));
         ASSERT_TRUE(UploadData());
         const QString log = fresh.Path(QStringLiteral("up%1.log").arg(memory));
         ASSERT_TRUE(SaveFile(log));
         Data() = MeasurementData{};
         ASSERT_TRUE(LoadFile(log));
-        const QStringList expected = QString::fromLatin1(test::ReadBytes(dump)).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        const QStringList expected =
+            QString::fromLatin1(test::ReadBytes(dump)).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
         const MeasurementData &d = Data();
         ASSERT_EQ(d.DataCount, expected.size());
         EXPECT_EQ(d.DataCount, std::min((memory - 96) / 7, 9348));
         for (int i = 1; i <= d.DataCount; ++i) {
-            const QString got = QStringLiteral("%1 %2 %3").arg(d.DataX[size_t(i)], 0, 'f', 2).arg(d.DataY[size_t(i)], 0, 'f', 2)
+            const QString got = QStringLiteral("%1 %2 %3")
+                                    .arg(d.DataX[size_t(i)], 0, 'f', 2)
+                                    .arg(d.DataY[size_t(i)], 0, 'f', 2)
                                     .arg(d.DataZ[size_t(i)], 0, 'f', 2);
             ASSERT_EQ(got, expected[i - 1]) << "sample " << i;
         }
@@ -258,7 +237,7 @@ public:
     void WaitForClose() override {}
     void End(bool) override {}
 };
-} // namespace
+}  // namespace
 
 TEST_F(LinkTest, SessionStartStopsAtTheRefusedCommand) {
     Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast")});
@@ -282,9 +261,9 @@ TEST_F(LinkTest, SessionStartStopsAtTheRefusedCommand) {
     StepRecorder steps;
     ASSERT_TRUE(StartMonitoraggio(steps, now));
     EXPECT_EQ(steps.states, (QList<int>{0, 1, 2, 3, 4}));
-    EXPECT_FALSE(Shared().CommOpen);  // the logger works alone now
+    EXPECT_FALSE(Shared().CommOpen);                             // the logger works alone now
     ASSERT_TRUE(SendCommand(10, true, false, kReplyTimeoutMs));  // brings the link up again
-    EXPECT_EQ(Link().MonitorSettings[16], 0x03);  // running
+    EXPECT_EQ(Link().MonitorSettings[16], 0x03);                 // running
     EXPECT_EQ(Link().MonitorSettings[6], 0x05);
     ASSERT_TRUE(StopMonitor());
     ASSERT_TRUE(SendCommand(10, true, false, kReplyTimeoutMs));

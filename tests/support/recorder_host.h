@@ -2,6 +2,7 @@
 // A host that records what the logic asks of windows and answers from a script.
 #include "core/host.h"
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 #include <deque>
@@ -28,9 +29,11 @@ public:
     QStringList panelTexts;
     std::map<int, bool> enabled;
     std::map<int, int> values;
-    int waitShown = 0, waitHidden = 0, recentChanged = 0, infoUpdates = 0, warningsChanged = 0, warningsShown = 0;
+    int waitShown = 0, waitHidden = 0, recentChanged = 0, infoUpdates = 0, warningsChanged = 0,
+        warningsShown = 0;
     double dateAnswer = 0;
     int dateAsked = 0;
+    int battImage = 0;
 
     bool MessBox(const QString &text, const QString &title, int icon, int mode) override;
     bool SystemBox(const QString &text, const QString &title, SystemBoxKind kind) override;
@@ -52,8 +55,9 @@ public:
         return dateAnswer;
     }
     void SetCommStatus(int, const QString &) override {}
-    void SetBattImage(int) override {}
-    void DoEvents() override {}
+    void SetBattImage(int image) override { battImage = image; }
+    // Events run, as the application's would, so that waits for the link end.
+    void DoEvents() override { QCoreApplication::processEvents(QEventLoop::AllEvents, 20); }
 
     // The text of the last box, or empty.
     QString LastBox() const { return boxes.empty() ? QString() : boxes.back().text; }
@@ -62,4 +66,4 @@ private:
     bool Answer();
 };
 
-} // namespace fm::test
+}  // namespace fm::test

@@ -39,6 +39,8 @@ const char kUsageText[] =
     "                                          clock to DATE instead of now (it holds 2012 to 2015)\n"
     "  stop --port DEV                         stop the running session\n"
     "  upload --port DEV -o FILE               copy the logger's memory into a log file\n"
+    "  live --port DEV --count N [-o FILE]     live mode for N samples (one every 3 s), printed;\n"
+    "                                          the real-time log goes to FILE or RealTime.log\n"
     "\n"
     "Options:\n"
     "  --options FILE       the options file to read (never written)\n"
@@ -63,7 +65,7 @@ int main(int argc, char **argv) {
         charts ? std::make_unique<QApplication>(argc, argv) : std::make_unique<QCoreApplication>(argc, argv);
     QStringList args = app->arguments().mid(1);
     QString optionsFile, lang, threshold, port, out, step, unit, start, stop, clock, kind, minimum, maximum,
-        classes;
+        classes, count;
     bool yes = false;
     QStringList rest;
     for (int i = 0; i < args.size(); ++i) {
@@ -97,6 +99,8 @@ int main(int argc, char **argv) {
             if (!value(stop)) return Usage("--stop needs a date");
         } else if (a == QLatin1String("--clock")) {
             if (!value(clock)) return Usage("--clock needs a date");
+        } else if (a == QLatin1String("--count")) {
+            if (!value(count)) return Usage("--count needs a number");
         } else if (a == QLatin1String("--kind")) {
             if (!value(kind)) return Usage("--kind takes time or stats");
         } else if (a == QLatin1String("--min")) {
@@ -176,7 +180,8 @@ int main(int argc, char **argv) {
         if (rest.size() != 2) return Usage("convert takes an input and an output file");
         return cli::Convert(rest[0], rest[1]);
     }
-    static const QStringList linkCommands = {"status", "read-id", "write-id", "program", "stop", "upload"};
+    static const QStringList linkCommands = {"status", "read-id", "write-id", "program",
+                                             "stop",   "upload",  "live"};
     if (linkCommands.contains(cmd)) {
         if (port.isEmpty()) return Usage("the logger's commands need --port DEV");
         if (cmd == QLatin1String("status") && rest.isEmpty()) return cli::Status(port);
@@ -187,6 +192,12 @@ int main(int argc, char **argv) {
             return cli::Program(port, step, unit, start, stop, clock);
         if (cmd == QLatin1String("stop") && rest.isEmpty()) return cli::Stop(port);
         if (cmd == QLatin1String("upload") && rest.isEmpty() && !out.isEmpty()) return cli::Upload(port, out);
+        if (cmd == QLatin1String("live") && rest.isEmpty()) {
+            bool ok = false;
+            const int n = count.toInt(&ok);
+            if (!ok || n < 1) return Usage("live needs --count N, N at least 1");
+            return cli::LiveRun(port, n, out);
+        }
         return Usage(qPrintable(QStringLiteral("wrong arguments for '%1'").arg(cmd)));
     }
     return Usage(qPrintable(QStringLiteral("unknown command '%1'").arg(cmd)));
