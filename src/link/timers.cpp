@@ -16,6 +16,9 @@ int g_nextId = 0;
 int SetTimer(int periodMs, std::function<void()> callback) {
     auto timer = std::make_unique<QTimer>();
     timer->setInterval(periodMs);
+    // A live poll's time-out (2.9 s) ends only 0.1 s before the next poll (3 s): Qt's
+    // default coarse timers may move either by 5 % and let the two collide.
+    timer->setTimerType(Qt::PreciseTimer);
     const int id = ++g_nextId;
     QObject::connect(timer.get(), &QTimer::timeout, [callback = std::move(callback)] { callback(); });
     timer->start();

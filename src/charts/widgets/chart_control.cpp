@@ -79,6 +79,7 @@ int ChartControl::AddSeries(Kind kind) {
     } else {
         auto *g = plot_->addGraph();
         g->setAdaptiveSampling(true);  // keeps a million points fast
+        g->setAntialiased(kind != FastLine);
         p = g;
     }
     series_.push_back({kind, p, {}});
@@ -128,6 +129,22 @@ void ChartControl::AddNull(int s, const QString &label) {
 
 void ChartControl::ClearSeries(int s) {
     series_[size_t(s)].values.clear();
+    if (auto *g = qobject_cast<QCPGraph *>(series_[size_t(s)].plottable))
+        g->data()->clear();
+    else if (auto *b = qobject_cast<QCPBars *>(series_[size_t(s)].plottable))
+        b->data()->clear();
+}
+
+void ChartControl::Append(int s, double value) {
+    Series &series = series_[size_t(s)];
+    const double key = double(series.values.size());
+    series.values.push_back(value);
+    if (auto *g = qobject_cast<QCPGraph *>(series.plottable))
+        g->addData(key, value);
+    else if (auto *b = qobject_cast<QCPBars *>(series.plottable))
+        b->addData(key, value);
+    plot_->xAxis->setRange(0, std::max(1.0, key));
+    plot_->replot(QCustomPlot::rpQueuedReplot);
 }
 
 int ChartControl::Count(int s) const {
@@ -143,7 +160,7 @@ void ChartControl::Refresh() {
                 points[qsizetype(i)] = QCPGraphData(double(i), s.values[i]);
             g->data()->set(points, true);
             // Smooth lines cost seconds on a dense million-point trace; a full memory stays smooth.
-            g->setAntialiased(s.values.size() <= 20000);
+            g->setAntialiased(s.kind != FastLine && s.values.size() <= 20000);
         } else if (auto *b = qobject_cast<QCPBars *>(s.plottable)) {
             QVector<QCPBarsData> bars(qsizetype(s.values.size()));
             for (size_t i = 0; i < s.values.size(); ++i)

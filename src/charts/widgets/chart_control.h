@@ -37,6 +37,9 @@ public:
     void SetLabelFunction(LabelFunction f) { labelFn_ = std::move(f); }
     QString Label(int point) const;
     void ClearSeries(int s);
+    // A point at the end of a series that is already on show: the plot takes it at once,
+    // and redraws at the next turn of the event loop.
+    void Append(int s, double value);
     int Count(int s) const;
     // Builds the plot after the points were added (the control draws on demand).
     void Refresh();

@@ -29,7 +29,7 @@ QLabel *Value(QWidget *parent, const char *name) {
     l->setFont(f);
     return l;
 }
-} // namespace
+}  // namespace
 
 frmInfo::frmInfo(QWidget *parent) : QWidget(parent) {
     setObjectName(QStringLiteral("frmInfo"));
@@ -86,7 +86,10 @@ frmInfo::frmInfo(QWidget *parent) : QWidget(parent) {
 }
 
 void frmInfo::Refresh() {
-    const InfoTexts t = BuildInfo();
+    Show(BuildInfo());
+}
+
+void frmInfo::Show(const InfoTexts &t) {
     lblShortID1->setText(t.shortId);
     lblLongID1->setText(t.longId);
     lblStep1->setText(t.step);
@@ -94,9 +97,12 @@ void frmInfo::Refresh() {
     lblNumData->setText(t.count);
     lblStartDate1->setText(t.start);
     lblStopDate1->setText(t.stop);
-    for (int i = 0; i < 4; ++i) lblValue[size_t(i)]->setText(t.values[size_t(i)]);
-    imgDataPresent->setPixmap(InfoImage(t.dataPresent ? "data_full" : "data_empty"));
-    imgSaved->setPixmap(InfoImage(t.dataPresent && t.saved ? "saved" : "not_saved"));
+    // Live figures have no median, and leave the pictures of the data set alone.
+    for (int i = 0; i < (t.live ? 3 : 4); ++i) lblValue[size_t(i)]->setText(t.values[size_t(i)]);
+    if (!t.live) {
+        imgDataPresent->setPixmap(InfoImage(t.dataPresent ? "data_full" : "data_empty"));
+        imgSaved->setPixmap(InfoImage(t.dataPresent && t.saved ? "saved" : "not_saved"));
+    }
     lblMonitorStatus->setText(t.monitorText);
     QPalette p = lblMonitorStatus->palette();
     p.setColor(QPalette::Window, FromBgr(t.monitorBack));
@@ -106,4 +112,4 @@ void frmInfo::Refresh() {
     c.setColor(QPalette::WindowText, FromBgr(t.commColor));
     lblCommStatus->setPalette(c);
 }
-} // namespace fm
+}  // namespace fm

@@ -1,5 +1,7 @@
 #pragma once
 // The small panel that always tells what the application holds and how the link stands.
+#include "shell/info_model.h"
+
 #include <QWidget>
 #include <array>
 
@@ -19,5 +21,6 @@ public:
     QLabel *lblCommStatus, *lblMonitorStatus;
     // Rewrites every row from the shared state.
     void Refresh();
+    void Show(const InfoTexts &texts);
 };
-} // namespace fm
+}  // namespace fm

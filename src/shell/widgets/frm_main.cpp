@@ -25,6 +25,7 @@
 #include "shell/widgets/frm_source.h"
 #include "charts/widgets/frm_graph_st.h"
 #include "charts/widgets/frm_graph_te.h"
+#include "realtime/widgets/frm_view.h"
 #include "shell/widgets/frm_wait.h"
 #include "shell/widgets/frm_warnings.h"
 #include "shell/widgets/main_entry.h"
@@ -412,6 +413,7 @@ void frmMain::tbrToolbar_ButtonClick(int button) {
         case 2: LoadCommand(); return;
         case 3: SaveCommand(); return;
         case 4: ExportCommand(); return;
+        case 9: ShowRealTimeView(); return;
         case 13:
         case 14:
         case 15: {
