@@ -136,3 +136,24 @@ TEST_F(CliTest, ChartImagesForReports) {
     EXPECT_EQ(Run({"chart", log, "--kind", "time", "--classes", "5", "-o", jpg}).code, 64);
     EXPECT_EQ(Run({"chart", log, "--kind", "stats", "--classes", "12", "-o", jpg}).code, 64);
 }
+
+TEST_F(CliTest, LiveModeLeavesTheRealTimeLog) {
+    QProcess sim;
+    sim.start(QStringLiteral(FLUXMERE_SIM), {QStringLiteral("--fast")});
+    ASSERT_TRUE(sim.waitForReadyRead(5000));
+    const QString port = QString::fromLocal8Bit(sim.readLine()).trimmed();
+    const QString rt = dir.filePath(QStringLiteral("rt.log"));
+    const Result r = Run({"--lang", "en", "live", "--port", port, "--count", "2", "-o", rt});
+    ASSERT_EQ(r.code, 0) << qPrintable(r.err);
+    const QStringList lines = r.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 2);
+    EXPECT_TRUE(lines[0].startsWith(QStringLiteral("1  "))) << qPrintable(lines[0]);
+    EXPECT_TRUE(lines[0].contains(QStringLiteral("Bx = 1,20 µT")));  // the regional decimal mark
+    EXPECT_TRUE(fm::test::ReadBytes(rt).contains("\r\n 2        \r\n"));
+    EXPECT_TRUE(Run({"--lang", "en", "info", rt}).out.contains(QStringLiteral("Samples: 2")));
+    // An earlier log stays unless the question is answered.
+    EXPECT_EQ(Run({"live", "--port", port, "--count", "1", "-o", rt}).code, 1);
+    EXPECT_EQ(Run({"live", "--port", port, "--count", "0"}).code, 64);
+    sim.terminate();
+    sim.waitForFinished(3000);
+}
