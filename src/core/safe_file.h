@@ -17,6 +17,12 @@ public:
     // Each raises a fault on failure.
     void Open();
     void Write(const QByteArray &bytes);
+    // For writers that fill a buffer: writes and empties it once it holds a megabyte.
+    void Spill(QByteArray &buffer) {
+        if (buffer.size() < (1 << 20)) return;
+        Write(buffer);
+        buffer.clear();
+    }
     void Commit();
 
 private:

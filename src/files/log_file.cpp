@@ -193,10 +193,7 @@ bool Save(const QString &fileName) {
     for (int32_t i = 1; i <= n; ++i) {
         if (i % 10 == 0) progress.Show(int(double(i) / n * 100));
         writer.Append(out, d.DataX[size_t(i)], d.DataY[size_t(i)], d.DataZ[size_t(i)]);
-        if (out.size() >= (1 << 20)) {
-            file.Write(out);
-            out.clear();
-        }
+        file.Spill(out);
     }
     file.Write(out);
     file.Commit();

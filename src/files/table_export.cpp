@@ -27,10 +27,7 @@ bool Write(const char *procedure, const QString &fileName, const QString &headin
         QByteArray out = ToCp1252(heading);
         for (int32_t i = 1; i <= n; ++i) {
             out += ToCp1252(row(d, i));
-            if (out.size() > (1 << 20)) {
-                file.Write(out);
-                out.clear();
-            }
+            file.Spill(out);
         }
         file.Write(out);
         file.Commit();
