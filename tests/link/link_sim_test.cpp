@@ -27,6 +27,14 @@
 using namespace fm;
 
 namespace {
+// A sample as the simulator's dump writes it.
+QString SampleText(const MeasurementData &d, int i) {
+    return QStringLiteral("%1 %2 %3")
+        .arg(d.DataX[size_t(i)], 0, 'f', 2)
+        .arg(d.DataY[size_t(i)], 0, 'f', 2)
+        .arg(d.DataZ[size_t(i)], 0, 'f', 2);
+}
+
 using test::RunEvents;
 using test::Simulator;
 
@@ -78,13 +86,7 @@ TEST_F(LinkTest, PortCodesAndUploadMatchTheLogger) {
             .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     ASSERT_EQ(d.DataCount, 1156);  // 8096 bytes hold 1156 whole samples
     ASSERT_EQ(expected.size(), d.DataCount);
-    for (int i = 1; i <= d.DataCount; ++i) {
-        const QString got = QStringLiteral("%1 %2 %3")
-                                .arg(d.DataX[size_t(i)], 0, 'f', 2)
-                                .arg(d.DataY[size_t(i)], 0, 'f', 2)
-                                .arg(d.DataZ[size_t(i)], 0, 'f', 2);
-        ASSERT_EQ(got, expected[i - 1]) << "sample " << i;
-    }
+    for (int i = 1; i <= d.DataCount; ++i) ASSERT_EQ(SampleText(d, i), expected[i - 1]) << "sample " << i;
     EXPECT_EQ(d.DataStart, DateFromParts(2014, 3, 3, 9, 30));
     EXPECT_EQ(d.DataStep, 10);
     EXPECT_EQ(d.DataStepUnit, QStringLiteral("n"));
@@ -213,13 +215,7 @@ TEST_F(LinkTest, EveryMemorySizeUploadsAndSavesSampleForSample) {
         const MeasurementData &d = Data();
         ASSERT_EQ(d.DataCount, expected.size());
         EXPECT_EQ(d.DataCount, std::min((memory - 96) / 7, 9348));
-        for (int i = 1; i <= d.DataCount; ++i) {
-            const QString got = QStringLiteral("%1 %2 %3")
-                                    .arg(d.DataX[size_t(i)], 0, 'f', 2)
-                                    .arg(d.DataY[size_t(i)], 0, 'f', 2)
-                                    .arg(d.DataZ[size_t(i)], 0, 'f', 2);
-            ASSERT_EQ(got, expected[i - 1]) << "sample " << i;
-        }
+        for (int i = 1; i <= d.DataCount; ++i) ASSERT_EQ(SampleText(d, i), expected[i - 1]) << "sample " << i;
         DropCommunication();
         Seriale().SetPortOpen(false);
     }

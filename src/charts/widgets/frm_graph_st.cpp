@@ -3,6 +3,7 @@
 #include "analysis/statistics.h"
 #include "charts/widgets/chart_control.h"
 #include "charts/widgets/chart_image.h"
+#include "charts/widgets/chart_window.h"
 #include "core/data_set.h"
 #include "core/fault.h"
 #include "core/host.h"
@@ -94,20 +95,8 @@ frmGraphSt::frmGraphSt(QWidget *parent) : QWidget(parent) {
     g->addWidget(cboNumClassi, row++, 0, 1, 2);
     g->addWidget(btnRefresh, row++, 0, 1, 2);
     g->setRowStretch(row, 1);
-    tbrGraphSt = new QToolBar(this);
-    tbrGraphSt->setIconSize(QSize(18, 18));
-    tbrGraphSt->addAction(ToolbarImage(2), ResString(4142), this, &frmGraphSt::SaveImage);
-    tbrGraphSt->addAction(ToolbarImage(4), ResString(4143))->setEnabled(false);  // printing comes later
-    tbrGraphSt->addAction(QIcon(MessageImage(0, 18)), ResString(4144), this, [this] {
-        if (parentWidget()) parentWidget()->close();
-    });
-    auto *right = new QVBoxLayout;
-    right->addWidget(tbrGraphSt);
-    right->addWidget(panel, 1);
-    auto *lay = new QHBoxLayout(this);
-    lay->setContentsMargins(2, 2, 2, 2);
-    lay->addWidget(teeStatistics, 1);
-    lay->addLayout(right);
+    tbrGraphSt = ChartToolbar(this, [this] { SaveImage(); });
+    LayOutChartWindow(this, teeStatistics, tbrGraphSt, panel);
     SetUpForm(this);
     connect(btnRefresh, &QPushButton::clicked, this, &frmGraphSt::Refresh);
 

@@ -2,6 +2,7 @@
 
 #include "charts/widgets/chart_control.h"
 #include "charts/widgets/chart_image.h"
+#include "charts/widgets/chart_window.h"
 #include "core/data_set.h"
 #include "core/fault.h"
 #include "core/host.h"
@@ -18,13 +19,11 @@
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPushButton>
 #include <QToolBar>
-#include <QVBoxLayout>
 #include <cmath>
 
 namespace fm {
@@ -48,14 +47,10 @@ frmGraphTe::frmGraphTe(QWidget *parent) : QWidget(parent) {
     panel->setFixedWidth(230);
     auto *g = new QGridLayout(panel);
     for (int k = 0; k < 4; ++k) {
-        Linea[size_t(k)] = new QLabel(panel);
-        Linea[size_t(k)]->setFixedSize(24, 3);
-        Linea[size_t(k)]->setStyleSheet(QStringLiteral("background:%1").arg(FromBgr(TraceColor(k)).name()));
-        lblDescrizione[size_t(k)] = Tagged<QLabel>(panel, "Field X [uT]", 4015 + k);
-        chkHidePlot[size_t(k)] = Tagged<QCheckBox>(panel, "Hide", 4019);
-        g->addWidget(Linea[size_t(k)], k, 0);
-        g->addWidget(lblDescrizione[size_t(k)], k, 1);
-        g->addWidget(chkHidePlot[size_t(k)], k, 2);
+        const TraceKey key = AddTraceKey(g, panel, k, FromBgr(TraceColor(k)));
+        Linea[size_t(k)] = key.line;
+        lblDescrizione[size_t(k)] = key.name;
+        chkHidePlot[size_t(k)] = key.hide;
         connect(chkHidePlot[size_t(k)], &QCheckBox::toggled, this, [this, k](bool hide) {
             teeEvolution->SetActive(k, !hide);
             if (k == 3) teeEvolution->HideCross();
@@ -71,20 +66,8 @@ frmGraphTe::frmGraphTe(QWidget *parent) : QWidget(parent) {
     g->addWidget(btnFullScale, 5, 0, 1, 3);
     g->addWidget(btnShowRf, 6, 0, 1, 3);
     g->setRowStretch(7, 1);
-    tbrGraphTe = new QToolBar(this);
-    tbrGraphTe->setIconSize(QSize(18, 18));
-    tbrGraphTe->addAction(ToolbarImage(2), ResString(4142), this, &frmGraphTe::SaveImage);
-    tbrGraphTe->addAction(ToolbarImage(4), ResString(4143))->setEnabled(false);  // printing comes later
-    tbrGraphTe->addAction(QIcon(MessageImage(0, 18)), ResString(4144), this, [this] {
-        if (parentWidget()) parentWidget()->close();
-    });
-    auto *right = new QVBoxLayout;
-    right->addWidget(tbrGraphTe);
-    right->addWidget(panel, 1);
-    auto *lay = new QHBoxLayout(this);
-    lay->setContentsMargins(2, 2, 2, 2);
-    lay->addWidget(teeEvolution, 1);
-    lay->addLayout(right);
+    tbrGraphTe = ChartToolbar(this, [this] { SaveImage(); });
+    LayOutChartWindow(this, teeEvolution, tbrGraphTe, panel);
     SetUpForm(this);
     connect(chkLogaritmic, &QCheckBox::toggled, this, [this] {
         GraphSetup();

@@ -1,6 +1,7 @@
 #include "realtime/widgets/frm_view.h"
 
 #include "charts/widgets/chart_control.h"
+#include "charts/widgets/chart_window.h"
 #include "core/data_set.h"
 #include "core/fault.h"
 #include "core/host.h"
@@ -134,14 +135,10 @@ frmView::frmView(QWidget *parent) : QWidget(parent) {
     auto *control = Tagged<QGroupBox>(this, "Chart Control", 4009);
     auto *cg = new QGridLayout(control);
     for (int k = 0; k < 4; ++k) {
-        shpLine[size_t(k)] = new QLabel(control);
-        shpLine[size_t(k)]->setFixedSize(24, 3);
-        shpLine[size_t(k)]->setStyleSheet(QStringLiteral("background:%1").arg(FromBgr(TraceColor(k)).name()));
-        Label1[size_t(k)] = Tagged<QLabel>(control, "Field", 4015 + k);
-        chkShowTrace[size_t(k)] = Tagged<QCheckBox>(control, "Hide", 4019);
-        cg->addWidget(shpLine[size_t(k)], k, 0);
-        cg->addWidget(Label1[size_t(k)], k, 1);
-        cg->addWidget(chkShowTrace[size_t(k)], k, 2);
+        const TraceKey key = AddTraceKey(cg, control, k, FromBgr(TraceColor(k)));
+        shpLine[size_t(k)] = key.line;
+        Label1[size_t(k)] = key.name;
+        chkShowTrace[size_t(k)] = key.hide;
         connect(chkShowTrace[size_t(k)], &QCheckBox::toggled, this,
                 [this, k](bool hide) { teeRealEvolution->SetActive(k, !hide); });
     }
