@@ -333,7 +333,17 @@ int64_t DateDiff(const QString &interval, double d1, double d2) {
     Raise(err::InvalidCall);
 }
 
+namespace {
+std::function<double()> &Clock() {
+    static std::function<double()> clock;
+    return clock;
+}
+} // namespace
+
+void SetClock(std::function<double()> clock) { Clock() = std::move(clock); }
+
 double Now() {
+    if (Clock()) return Clock()();
     const QDateTime now = QDateTime::currentDateTime();
     return DateFromDateTime(QDateTime(now.date(), QTime(now.time().hour(), now.time().minute(), now.time().second())));
 }

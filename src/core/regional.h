@@ -9,6 +9,7 @@
 #include <QString>
 #include <QStringView>
 #include <cstdint>
+#include <functional>
 
 namespace fm {
 
@@ -23,7 +24,11 @@ double DateAdd(const QString &interval, double number, double date);
 bool IsDateInterval(const QString &interval);
 // How many interval boundaries lie between d1 and d2 (d2 - d1), as date arithmetic counts.
 int64_t DateDiff(const QString &interval, double d1, double d2);
+// The present moment to the second, from the computer's clock unless a test has
+// put another clock in its place.
 double Now();
+// Replaces the clock Now() reads; an empty function gives the computer's back.
+void SetClock(std::function<double()> clock);
 
 // The general date form: short date with a four-digit year, a blank, the long time
 // without time zone; a date at exactly midnight has no time part.

@@ -1,5 +1,6 @@
 #include "link/operations.h"
 
+#include "core/cp1252.h"
 #include "core/data_set.h"
 #include "core/fault.h"
 #include "core/host.h"
@@ -24,18 +25,26 @@ int ToBcd(int value) {
 }
 int FromBcd(uint8_t byte) { return (byte >> 4) * 10 + (byte & 0x0F); }
 
-std::array<uint8_t, 5> EncodeWireDate(const QDateTime &dt) {
+int WireYear(int yearBits, int presentYear) {
+    const int first = presentYear - 2;
+    return first + (((yearBits & 3) - (first - 2012)) % 4 + 4) % 4;
+}
+
+int PresentYear() { return DateToDateTime(Now()).date().year(); }
+
+std::array<uint8_t, 5> EncodeWireDate(const QDateTime &dt, int presentYear) {
     const int year = dt.date().year();
-    if (year < 2012 || year > 2015) Raise(err::InvalidCall, QStringLiteral("Date out of the logger's range"));
+    const int bits = ((year - 2012) % 4 + 4) % 4;
+    if (WireYear(bits, presentYear) != year) Raise(err::InvalidCall, QStringLiteral("Date out of the logger's range"));
     const QTime t = dt.time();
     return {uint8_t(ToBcd(t.second())), uint8_t(ToBcd(t.minute())), uint8_t(ToBcd(t.hour())),
-            uint8_t(ToBcd(dt.date().day()) + (year - 2012) * 64), uint8_t(ToBcd(dt.date().month()))};
+            uint8_t(ToBcd(dt.date().day()) + bits * 64), uint8_t(ToBcd(dt.date().month()))};
 }
 
 bool IsBlankWireDate(const uint8_t *b) { return (b[3] & 0x3F) == 0 && (b[4] & 0x1F) == 0 && (b[3] & 0xC0) == 0; }
 
 double DecodeWireDate(const uint8_t *b) {
-    const int year = (b[3] & 0xC0) / 64 + 2012;
+    const int year = WireYear(b[3] >> 6, PresentYear());
     const int month = FromBcd(b[4] & 0x1F);
     const int day = FromBcd(b[3] & 0x3F);
     double d = DateFromParts(year, 1, 1);
@@ -53,11 +62,9 @@ bool ReadID() {
 bool WriteID() {
     return Trap("WriteID", false, [] {
         TCommandPacket &p = CommandPacket();
-        const QString ids = FixedText(Data().ShortID, 16) + FixedText(Data().LongID, 48);
-        for (int i = 0; i < 64; ++i) {
-            const char16_t c = ids[i].unicode();
-            p.Data[size_t(i)] = c < 256 ? uint8_t(c) : uint8_t('?');
-        }
+        // The code page of the upload's header, so both read the same codes.
+        const QByteArray ids = ToCp1252(FixedText(Data().ShortID, 16) + FixedText(Data().LongID, 48));
+        for (int i = 0; i < 64; ++i) p.Data[size_t(i)] = uint8_t(ids.at(i));
         p.DataLength = 64;
         if (!SendCommand(8, true, false, kReplyTimeoutMs)) {
             Host().MessBox(ResString(18), {}, -1, -1);
@@ -73,52 +80,53 @@ bool StopMonitor() {
 }
 
 bool StartMonitoraggio(StartProgress &progress, std::optional<QDateTime> now) {
-    return Trap("StartMonitoraggio", false, [&] {
-        SharedState &s = Shared();
+    SharedState &s = Shared();
+    bool shown = false;
+    int failed = 0;
+    bool started = Trap("StartMonitoraggio", false, [&] {
         KillTimer(s.KeepAliveTimer);
         s.KeepAliveTimer = 0;
         progress.Begin();
-        int failed = 0;
+        shown = true;
         progress.SetState(0);
-        const auto wire = EncodeWireDate(now.value_or(QDateTime::currentDateTime()));
+        const QDateTime present = now.value_or(DateToDateTime(Now()));
+        const auto wire = EncodeWireDate(present, present.date().year());
         TCommandPacket &p = CommandPacket();
-        bool ok = false;
         for (int i = 0; i < 5; ++i) p.Data[size_t(i)] = wire[size_t(i)];
         p.DataLength = 5;
-        if (SendCommand(11, true, false, kReplyTimeoutMs)) {
-            failed = 1;
-            progress.SetState(1);
-            for (int i = 0; i < 10; ++i) {
-                const int16_t v = Link().MonitorImage[size_t(i)];
-                if (v < 0 || v > 0xFF) Raise(err::Overflow);  // a step over 99 or an address past 65535
-                p.Data[size_t(i)] = uint8_t(v);
-            }
-            p.DataLength = 10;
-            if (SendCommand(12, true, false, kReplyTimeoutMs)) {
-                progress.SetState(2);
-                failed = 3;
-                progress.SetState(3);
-                p.DataLength = 0;
-                ok = SendCommand(13, true, false, kReplyTimeoutMs);
-            }
+        if (!SendCommand(11, true, false, kReplyTimeoutMs)) return false;
+        failed = 1;
+        progress.SetState(1);
+        for (int i = 0; i < 10; ++i) {
+            const int16_t v = Link().MonitorImage[size_t(i)];
+            if (v < 0 || v > 0xFF) Raise(err::Overflow);  // a step over 99 or an address past 65535
+            p.Data[size_t(i)] = uint8_t(v);
         }
-        if (ok) {
-            progress.SetState(4);
-            progress.WaitForClose();
-            // The logger works alone now; the next command brings the link up again.
-            DropCommunication();
-            progress.End(true);
-            return true;
-        }
-        if (s.CommOpen) {
-            s.KeepAliveTimer = SetTimer(5000, [] { KeepAlive(); });
-            if (s.KeepAliveTimer == 0) return false;
-        }
+        p.DataLength = 10;
+        if (!SendCommand(12, true, false, kReplyTimeoutMs)) return false;
+        progress.SetState(2);
+        failed = 3;
+        progress.SetState(3);
+        p.DataLength = 0;
+        return SendCommand(13, true, false, kReplyTimeoutMs);
+    });
+    if (started) {
+        progress.SetState(4);
+        progress.WaitForClose();
+        // The logger works alone now; the next command brings the link up again.
+        DropCommunication();
+        progress.End(true);
+        return true;
+    }
+    // A refusal, a lost reply and a fault the error box has shown end alike: the
+    // supervision runs again while the link is up, and the user closes the page.
+    if (s.CommOpen && s.KeepAliveTimer == 0) s.KeepAliveTimer = SetTimer(5000, [] { KeepAlive(); });
+    if (shown) {
         progress.MarkFailed(failed);
         progress.WaitForClose();
         progress.End(false);
-        return false;
-    });
+    }
+    return false;
 }
 
 } // namespace fm

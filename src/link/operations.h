@@ -10,11 +10,18 @@ namespace fm {
 // The decimal digits read as hexadecimal: 59 -> 0x59, 100 -> 0x100.
 int ToBcd(int value);
 int FromBcd(uint8_t byte);  // 0x59 -> 59
-// The 5-byte date of the wire; years 2012 to 2015 only (fault 5 for others).
-std::array<uint8_t, 5> EncodeWireDate(const QDateTime &date);
+// The logger keeps two bits of the year: the year modulo 4, 2012 counting as 0, the
+// leap-year cycle of its clock. They stand for the one year with those bits from two
+// years before the present year to one year after it.
+int WireYear(int yearBits, int presentYear);
+int PresentYear();  // the year of Now()
+// The 5-byte date of the wire. A date that would read back as another year (outside
+// the window around presentYear) raises fault 5.
+std::array<uint8_t, 5> EncodeWireDate(const QDateTime &date, int presentYear);
 // Day, month and year bits all zero: the logger holds no date.
 bool IsBlankWireDate(const uint8_t *bytes);
-// Built by date arithmetic: a day or month out of range rolls into a neighbour.
+// The year from the window around the present year; built by date arithmetic, so a
+// day or month out of range rolls into a neighbour.
 double DecodeWireDate(const uint8_t *bytes);
 
 bool ReadID();

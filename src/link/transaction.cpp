@@ -1,6 +1,7 @@
 #include "link/transaction.h"
 
 #include "acquisition/upload.h"
+#include "core/cp1252.h"
 #include "core/data_set.h"
 #include "core/fault.h"
 #include "core/host.h"
@@ -115,8 +116,7 @@ End Dispatch() {
         return SplitUploadData() ? End::Accepted : End::Abandoned;
     case 7: {
         if (RxLength() != 70) return End::Failed;
-        QString ids;
-        for (int i = 4; i < 68; ++i) ids += QChar(char16_t(byte(i)));
+        const QString ids = FromCp1252(rx.constData() + 4, 64);  // as the upload reads them
         Data().SetShortID(ids.left(16).trimmed());
         Data().SetLongID(ids.mid(16, 48).trimmed());
         return End::Accepted;
@@ -167,6 +167,8 @@ bool ReceiveCommand() {
     });
     // A fault inside leaves the wait window up: take it down.
     if (bulk) EndUpload();
+    // Nor may it leave the command in flight: every later command would be dropped.
+    if (!ok && !IsIdle()) Finish(End::Failed);
     return ok;
 }
 
@@ -191,6 +193,8 @@ bool SendCommand(uint8_t command, bool waitForReply, bool failAsTimeout, int tim
         CreatePacket(command);
         const TCommandPacket &p = CommandPacket();
         port.Output(p.Frame());
+        // The payload belongs to this command: the keep-alive and the polls that follow have none.
+        CommandPacket().DataLength = 0;
         s.CurrentCommand = QString::number(command);
         if (waitForReply) {
             QElapsedTimer waited;

@@ -43,7 +43,8 @@ bool ProgramSession(const SessionRequest &r, StartProgress &progress) {
                 return false;
             }
             img[2] = 1;
-            const auto wire = EncodeWireDate(DateToDateTime(start));
+            // A start beyond next year would read back as an earlier year: the error box says so.
+            const auto wire = EncodeWireDate(DateToDateTime(start), DateToDateTime(now).date().year());
             for (int i = 0; i < 5; ++i) img[size_t(3 + i)] = wire[size_t(i)];
         }
         double stop = 0;

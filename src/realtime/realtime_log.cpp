@@ -8,7 +8,6 @@
 #include "files/sample_text.h"
 #include "realtime/live_record.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <memory>
@@ -57,9 +56,8 @@ bool OpenLastLog() {
         LiveRecord &rt = Live();
         Write(Quoted(QStringLiteral("Field Activity Log")));
         // One step ahead: the first sample arrives one period after the opening.
-        QDateTime at = QDateTime::currentDateTime().addSecs(3);
-        at.setTime(QTime(at.time().hour(), at.time().minute(), at.time().second()));  // as line 2 reads back
-        const double start = DateFromDateTime(at);
+        // Now() is whole seconds, as line 2 reads back.
+        const double start = DateAdd(QStringLiteral("s"), 3, Now());
         Write(Quoted(GeneralDate(start).trimmed()));
         rt.RTStart = start;
         rt.RTStepUnit = QStringLiteral("s");

@@ -3,6 +3,7 @@
 #include "support/test_env.h"
 
 #include <gtest/gtest.h>
+#include <QDate>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -85,13 +86,17 @@ TEST_F(CliTest, ConvertAndFailures) {
 }
 
 TEST_F(CliTest, LoggerCommandsAgainstTheSimulator) {
+    // A session recorded the year before last reads back in its own year.
+    const int year = QDate::currentDate().year();
     QProcess sim;
     sim.start(QStringLiteral(FLUXMERE_SIM),
-              {QStringLiteral("--fast"), QStringLiteral("--memory"), QStringLiteral("4096")});
+              {QStringLiteral("--fast"), QStringLiteral("--memory"), QStringLiteral("4096"), QStringLiteral("--clock"),
+               QStringLiteral("%1-03-03T09:30").arg(year - 2)});
     ASSERT_TRUE(sim.waitForReadyRead(5000));
     const QString port = QString::fromLocal8Bit(sim.readLine()).trimmed();
-    EXPECT_TRUE(Run({"--lang", "en", "status", "--port", port})
-                    .out.contains(QStringLiteral("Status: TERMINATO (FINE MEMORIA)")));
+    const Result recorded = Run({"--lang", "en", "status", "--port", port});
+    EXPECT_TRUE(recorded.out.contains(QStringLiteral("Status: TERMINATO (FINE MEMORIA)")));
+    EXPECT_TRUE(recorded.out.contains(QString::number(year - 2))) << recorded.out.toStdString();
     ASSERT_EQ(Run({"write-id", "--port", port, "CAB-9", "Via Po 1"}).code, 0);
     EXPECT_TRUE(
         Run({"--lang", "en", "read-id", "--port", port}).out.contains(QStringLiteral("Short ID: CAB-9\n")));
@@ -99,13 +104,23 @@ TEST_F(CliTest, LoggerCommandsAgainstTheSimulator) {
     const QString up = dir.filePath(QStringLiteral("up.log"));
     ASSERT_EQ(Run({"upload", "--port", port, "-o", up}).code, 0);
     EXPECT_EQ(Run({"info", "--json", up}).out.contains(QStringLiteral("\"DataCount\": 571")), true);
-    // The clock of the logger holds 2012 to 2015 only.
-    EXPECT_EQ(Run({"--yes", "program", "--port", port, "--step", "5", "--unit", "n"}).code, 1);
-    ASSERT_EQ(Run({"--yes", "program", "--port", port, "--step", "5", "--unit", "n", "--clock",
+    EXPECT_TRUE(Run({"info", "--json", up}).out.contains(QStringLiteral("\"DataStart\": \"%1-03-03T09:30:00\"").arg(year - 2)));
+    // The logger's clock takes today's date, and a start can be programmed for next year.
+    ASSERT_EQ(Run({"--yes", "program", "--port", port, "--step", "5", "--unit", "n"}).code, 0);
+    EXPECT_TRUE(Run({"--lang", "en", "status", "--port", port}).out.contains(QString::number(year)));
+    ASSERT_EQ(Run({"--yes", "program", "--port", port, "--step", "5", "--unit", "n", "--start",
+                   QStringLiteral("%1-01-02T10:00:00").arg(year + 1), "--stop",
+                   QStringLiteral("%1-01-03T10:00:00").arg(year + 1)})
+                  .code,
+              0);
+    const Result programmed = Run({"--lang", "en", "status", "--port", port});
+    EXPECT_TRUE(programmed.out.contains(QStringLiteral("Samples: 288")));
+    EXPECT_TRUE(programmed.out.contains(QString::number(year + 1))) << programmed.out.toStdString();
+    // The clock of a test run stays settable.
+    EXPECT_EQ(Run({"--yes", "program", "--port", port, "--step", "5", "--unit", "n", "--clock",
                    "2014-06-01T10:00:00", "--stop", "2014-06-02T10:00:00"})
                   .code,
               0);
-    EXPECT_TRUE(Run({"--lang", "en", "status", "--port", port}).out.contains(QStringLiteral("Samples: 288")));
     EXPECT_EQ(Run({"--lang", "en", "program", "--port", port, "--step", "5", "--unit", "s"})
                   .err.contains(QStringLiteral("smallest step is 10 seconds")),
               true);

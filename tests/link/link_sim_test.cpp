@@ -13,6 +13,7 @@
 #include "link/supervision.h"
 #include "link/timers.h"
 #include "link/transaction.h"
+#include "support/clock.h"
 #include "support/recorder_host.h"
 #include "support/simulator.h"
 #include "support/test_env.h"
@@ -22,6 +23,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QThread>
 
 using namespace fm;
@@ -56,8 +58,11 @@ protected:
 }  // namespace
 
 TEST_F(LinkTest, PortCodesAndUploadMatchTheLogger) {
+    // A session recorded in 2024, uploaded in 2026.
+    test::ScopedClock today(DateFromParts(2026, 5, 1, 12, 0));
     Simulator sim(fresh.Dir().path(),
                   {QStringLiteral("--fast"), QStringLiteral("--memory"), QStringLiteral("8192"),
+                   QStringLiteral("--clock"), QStringLiteral("2024-03-03T09:30"),
                    QStringLiteral("--dump-samples"), fresh.Path(QStringLiteral("samples.txt"))});
     ASSERT_FALSE(sim.device.isEmpty());
     EXPECT_EQ(SerialPort::DevicePath(1), fresh.Path(QStringLiteral("com1")));
@@ -87,7 +92,7 @@ TEST_F(LinkTest, PortCodesAndUploadMatchTheLogger) {
     ASSERT_EQ(d.DataCount, 1156);  // 8096 bytes hold 1156 whole samples
     ASSERT_EQ(expected.size(), d.DataCount);
     for (int i = 1; i <= d.DataCount; ++i) ASSERT_EQ(SampleText(d, i), expected[i - 1]) << "sample " << i;
-    EXPECT_EQ(d.DataStart, DateFromParts(2014, 3, 3, 9, 30));
+    EXPECT_EQ(d.DataStart, DateFromParts(2024, 3, 3, 9, 30));
     EXPECT_EQ(d.DataStep, 10);
     EXPECT_EQ(d.DataStepUnit, QStringLiteral("n"));
     EXPECT_EQ(d.DataStopCode, 1);
@@ -117,6 +122,17 @@ TEST_F(LinkTest, FailuresAreCountedAndDropTheLinkOnTheThird) {
     // A valid reply to another command is taken as what it says.
     sim.Say(QStringLiteral("fault wrong-command 7"));
     EXPECT_TRUE(ReadID());
+    // A settings block too short to read is a fault of the reception: reported, counted,
+    // and the link goes on instead of holding the command in flight for ever.
+    sim.Say(QStringLiteral("fault short 10"));
+    Shared().FailCount = 0;
+    EXPECT_FALSE(SendCommand(10, true, false, kReplyTimeoutMs));
+    EXPECT_TRUE(host.LastBox().contains(QStringLiteral("ReceiveCommand")));
+    EXPECT_EQ(Shared().CurrentCommand, QStringLiteral("254"));
+    EXPECT_EQ(Shared().FailCount, 1);
+    sim.Say(QStringLiteral("fault none"));
+    EXPECT_TRUE(SendCommand(10, true, false, kReplyTimeoutMs));
+    EXPECT_EQ(Shared().FailCount, 0);
     // Three failures in a row drop the link on the third.
     sim.Say(QStringLiteral("fault refuse 7"));
     EXPECT_FALSE(ReadID());
@@ -221,46 +237,112 @@ TEST_F(LinkTest, EveryMemorySizeUploadsAndSavesSampleForSample) {
     }
 }
 
+TEST_F(LinkTest, CommandsWithoutPayloadCarryNoneAfterTheCodesAreWritten) {
+    const QString log = fresh.Path(QStringLiteral("wire.txt"));
+    Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast"), QStringLiteral("--log"), log});
+    ASSERT_TRUE(SelectPort(0));
+    ASSERT_TRUE(InitCommunication());
+    KillTimer(Shared().KeepAliveTimer);
+    Shared().KeepAliveTimer = 0;
+    Data().SetShortID(QStringLiteral("CAB-1"));
+    ASSERT_TRUE(WriteID());
+    KeepAlive();
+    RunEvents(400);
+    EXPECT_EQ(Shared().FailCount, 0);
+    EXPECT_TRUE(SendCommand(10, true, false, kReplyTimeoutMs));
+    EXPECT_TRUE(SendCommand(2, true, false, kReplyTimeoutMs));
+    // What the logger saw: the 64 code bytes once, then three frames of six bytes.
+    const QStringList in = QString::fromLatin1(test::ReadBytes(log))
+                               .split(QLatin1Char('\n'))
+                               .filter(QRegularExpression(QStringLiteral("^in ")));
+    ASSERT_GE(in.size(), 4);
+    EXPECT_TRUE(in[in.size() - 4].startsWith(QStringLiteral("in  70: 3E 00 43 08")));
+    EXPECT_EQ(in[in.size() - 3], QStringLiteral("in  6: 3E 00 03 03 19 4D"));
+    EXPECT_TRUE(in[in.size() - 2].startsWith(QStringLiteral("in  6: 3E 00 03 0A")));
+    EXPECT_TRUE(in[in.size() - 1].startsWith(QStringLiteral("in  6: 3E 00 03 02")));
+}
+
+TEST_F(LinkTest, TheSimulatorsClockStartsWhereItIsTold) {
+    Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast"), QStringLiteral("--clock"),
+                                       QStringLiteral("2027-02-28T23:59:30")});
+    ASSERT_TRUE(SelectPort(0));
+    ASSERT_TRUE(InitCommunication());
+    const auto &m = Link().MonitorSettings;
+    EXPECT_EQ((QList<int>{m[0], m[1], m[2], m[3], m[4]}), (QList<int>{0x30, 0x59, 0x23, 0x28 + 3 * 64, 0x02}));
+    QProcess bad;
+    bad.start(QStringLiteral(FLUXMERE_SIM), {QStringLiteral("--clock"), QStringLiteral("28/02/2027")});
+    ASSERT_TRUE(bad.waitForFinished(5000));
+    EXPECT_EQ(bad.exitCode(), 64);
+}
+
 namespace {
 // The start's steps as a list: what the dialog would tick and mark.
 class StepRecorder : public StartProgress {
 public:
     QList<int> states;
     int failed = -1;
+    bool closed = false, ended = false;
+    int keepAliveWhileWaiting = 0;
     void Begin() override {}
     void SetState(int step) override { states << step; }
     void MarkFailed(int step) override { failed = step; }
-    void WaitForClose() override {}
-    void End(bool) override {}
+    void WaitForClose() override {
+        closed = true;
+        keepAliveWhileWaiting = Shared().KeepAliveTimer;
+    }
+    void End(bool) override { ended = true; }
 };
 }  // namespace
 
-TEST_F(LinkTest, SessionStartStopsAtTheRefusedCommand) {
+TEST_F(LinkTest, SessionStartStopsAtTheFailedStepAndRecovers) {
+    test::ScopedClock today(DateFromParts(2026, 6, 1, 10, 0));
     Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast")});
     ASSERT_TRUE(SelectPort(0));
     ASSERT_TRUE(InitCommunication());
-    const QDateTime now(QDate(2014, 6, 1), QTime(10, 0));
     Link().MonitorImage = {3, 0x05, 0, 0, 0, 0, 0, 0, 0, 0};
-    // A refusal of the clock, the session block or the start marks lines 1, 2 and 4.
-    const std::pair<int, int> refusals[] = {{11, 0}, {12, 1}, {13, 3}};
-    for (const auto &[command, line] : refusals) {
-        SCOPED_TRACE(command);
-        sim.Say(QStringLiteral("fault refuse %1").arg(command));
+    // A refusal of the clock, the session block or the start marks lines 1, 2 and 4; so does
+    // a lost reply. Each time the keep-alive runs again before the user closes the page.
+    const std::tuple<const char *, int, int> faults[] = {
+        {"refuse", 11, 0}, {"refuse", 12, 1}, {"refuse", 13, 3}, {"no-answer", 12, 1}, {"no-answer", 13, 3}};
+    for (const auto &[fault, command, line] : faults) {
+        SCOPED_TRACE(QStringLiteral("%1 %2").arg(QLatin1String(fault)).arg(command).toStdString());
+        sim.Say(QStringLiteral("fault %1 %2").arg(QLatin1String(fault)).arg(command));
         StepRecorder steps;
-        EXPECT_FALSE(StartMonitoraggio(steps, now));
+        EXPECT_FALSE(StartMonitoraggio(steps));
         EXPECT_EQ(steps.failed, line);
+        EXPECT_TRUE(steps.closed && steps.ended);
         EXPECT_TRUE(Shared().CommOpen);
-        EXPECT_NE(Shared().KeepAliveTimer, 0);  // supervision resumes after a failed start
+        EXPECT_NE(steps.keepAliveWhileWaiting, 0);
+        EXPECT_NE(Shared().KeepAliveTimer, 0);
         Shared().FailCount = 0;
     }
+    // A session block that does not fit its bytes goes to the fault box after the clock was
+    // set, and ends the same way.
     sim.Say(QStringLiteral("fault none"));
+    const size_t boxes = host.boxes.size();
+    Link().MonitorImage[1] = 0x100;
+    StepRecorder overflow;
+    EXPECT_FALSE(StartMonitoraggio(overflow));
+    ASSERT_EQ(host.boxes.size(), boxes + 1);
+    EXPECT_TRUE(host.LastBox().contains(QStringLiteral("StartMonitoraggio")));
+    EXPECT_EQ(overflow.failed, 1);
+    EXPECT_TRUE(overflow.closed && overflow.ended);
+    EXPECT_NE(Shared().KeepAliveTimer, 0);
+    EXPECT_EQ(Shared().CurrentCommand, QStringLiteral("254"));
+
+    Link().MonitorImage[1] = 0x05;
     StepRecorder steps;
-    ASSERT_TRUE(StartMonitoraggio(steps, now));
+    ASSERT_TRUE(StartMonitoraggio(steps));
     EXPECT_EQ(steps.states, (QList<int>{0, 1, 2, 3, 4}));
     EXPECT_FALSE(Shared().CommOpen);                             // the logger works alone now
     ASSERT_TRUE(SendCommand(10, true, false, kReplyTimeoutMs));  // brings the link up again
     EXPECT_EQ(Link().MonitorSettings[16], 0x03);                 // running
     EXPECT_EQ(Link().MonitorSettings[6], 0x05);
+    // The clock went out with today's date, 2026 as bits 2.
+    uint8_t clock[5];
+    for (int i = 0; i < 5; ++i) clock[i] = uint8_t(Link().MonitorSettings[size_t(i)]);
+    EXPECT_EQ(clock[3], 0x01 + 2 * 64);
+    EXPECT_EQ(DecodeWireDate(clock), DateFromParts(2026, 6, 1, 10, 0));
     ASSERT_TRUE(StopMonitor());
     ASSERT_TRUE(SendCommand(10, true, false, kReplyTimeoutMs));
     EXPECT_EQ(Link().MonitorSettings[16], 0x07);

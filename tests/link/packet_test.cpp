@@ -5,6 +5,7 @@
 #include "link/packet.h"
 #include "core/language.h"
 #include "link/status_decoding.h"
+#include "support/clock.h"
 #include "support/recorder_host.h"
 #include "support/test_env.h"
 
@@ -76,16 +77,16 @@ TEST(Frames, OnlyAnExactReplyIsValid) {
 }
 
 TEST(WireFormats, BcdAndDates) {
+    test::ScopedClock today(DateFromParts(2014, 6, 1));
     EXPECT_EQ(ToBcd(10), 0x10);
     EXPECT_EQ(ToBcd(9), 0x09);
     EXPECT_EQ(ToBcd(100), 0x100);  // does not fit a byte: the caller refuses it
     EXPECT_EQ(FromBcd(0x59), 59);
 
-    const auto w = EncodeWireDate(QDateTime(QDate(2014, 12, 31), QTime(23, 59, 58)));
+    const auto w = EncodeWireDate(QDateTime(QDate(2014, 12, 31), QTime(23, 59, 58)), 2014);
     EXPECT_EQ(QByteArray(reinterpret_cast<const char *>(w.data()), 5), Hex("585923B112"));
-    EXPECT_EQ(EncodeWireDate(QDateTime(QDate(2012, 1, 31), QTime()))[3], 0x31);
-    EXPECT_EQ(EncodeWireDate(QDateTime(QDate(2013, 1, 31), QTime()))[3], 0x71);
-    EXPECT_THROW(EncodeWireDate(QDateTime(QDate(2026, 1, 1), QTime())), Fault);
+    EXPECT_EQ(EncodeWireDate(QDateTime(QDate(2012, 1, 31), QTime()), 2013)[3], 0x31);
+    EXPECT_EQ(EncodeWireDate(QDateTime(QDate(2013, 1, 31), QTime()), 2013)[3], 0x71);
 
     EXPECT_EQ(DecodeWireDate(w.data()), DateFromParts(2014, 12, 31, 23, 59, 58));
     const uint8_t blank[5] = {0x10, 0x20, 0x08, 0x00, 0x00};
@@ -93,6 +94,42 @@ TEST(WireFormats, BcdAndDates) {
     // 31 February rolls over into March.
     const uint8_t feb31[5] = {0, 0, 0, 0x31 + 64, 0x02};
     EXPECT_EQ(DecodeWireDate(feb31), DateFromParts(2013, 3, 3));
+}
+
+TEST(WireFormats, TheYearBitsCycleEveryFourYears) {
+    // Any present date goes on the wire: 2026 is 14 years after 2012, bits 2.
+    const auto w = EncodeWireDate(QDateTime(QDate(2026, 3, 5), QTime(8, 7, 6)), 2026);
+    EXPECT_EQ(QByteArray(reinterpret_cast<const char *>(w.data()), 5), Hex("0607088503"));
+    for (int present = 2012; present <= 2100; ++present) {
+        SCOPED_TRACE(present);
+        // The window runs from two years back to one ahead, each year once.
+        for (int year = present - 2; year <= present + 1; ++year)
+            EXPECT_EQ(WireYear((year - 2012) & 3, present), year);
+        EXPECT_EQ(EncodeWireDate(QDateTime(QDate(present, 12, 31), QTime(23, 59, 59)), present)[3] >> 6,
+                  (present - 2012) % 4);
+    }
+    // Years that would come back as others are refused, not sent.
+    EXPECT_THROW(EncodeWireDate(QDateTime(QDate(2028, 1, 1), QTime()), 2026), Fault);  // reads as 2024
+    EXPECT_THROW(EncodeWireDate(QDateTime(QDate(2023, 1, 1), QTime()), 2026), Fault);  // reads as 2027
+    EXPECT_NO_THROW(EncodeWireDate(QDateTime(QDate(2027, 12, 31), QTime()), 2026));
+}
+
+TEST(WireFormats, ReadingADateTakesTheYearFromToday) {
+    const auto wire = [](int year, int month, int day) {
+        return EncodeWireDate(QDateTime(QDate(year, month, day), QTime(9, 30)), year);
+    };
+    test::ScopedClock today(DateFromParts(2026, 5, 1, 12, 0));
+    // A session recorded in 2024 and a start programmed for 2027, read in 2026.
+    EXPECT_EQ(DecodeWireDate(wire(2024, 3, 3).data()), DateFromParts(2024, 3, 3, 9, 30));
+    EXPECT_EQ(DecodeWireDate(wire(2027, 2, 1).data()), DateFromParts(2027, 2, 1, 9, 30));
+    EXPECT_EQ(DecodeWireDate(wire(2026, 5, 1).data()), DateFromParts(2026, 5, 1, 9, 30));
+    // At the turn of the year the window moves: bits 0 are 2024 until midnight, 2028 after it.
+    const auto leap = wire(2024, 2, 29);
+    today.Set(DateFromParts(2026, 12, 31, 23, 59, 59));
+    EXPECT_EQ(DecodeWireDate(leap.data()), DateFromParts(2024, 2, 29, 9, 30));
+    today.Set(DateFromParts(2027, 1, 1));
+    EXPECT_EQ(DecodeWireDate(leap.data()), DateFromParts(2028, 2, 29, 9, 30));
+    EXPECT_EQ(DecodeWireDate(wire(2025, 12, 31).data()), DateFromParts(2025, 12, 31, 9, 30));
 }
 
 TEST(StatusDecoding, BitsSelectTheRow) {

@@ -34,6 +34,8 @@ public:
     double dateAnswer = 0;
     int dateAsked = 0;
     int battImage = 0;
+    int commImage = 0;  // the link's status picture and text, as last set
+    QString commText;
 
     bool MessBox(const QString &text, const QString &title, int icon, int mode) override;
     bool SystemBox(const QString &text, const QString &title, SystemBoxKind kind) override;
@@ -54,7 +56,10 @@ public:
         ++dateAsked;
         return dateAnswer;
     }
-    void SetCommStatus(int, const QString &) override {}
+    void SetCommStatus(int image, const QString &text) override {
+        commImage = image;
+        commText = text;
+    }
     void SetBattImage(int image) override { battImage = image; }
     // Events run, as the application's would, so that waits for the link end.
     void DoEvents() override { QCoreApplication::processEvents(QEventLoop::AllEvents, 20); }

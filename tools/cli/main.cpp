@@ -36,7 +36,7 @@ const char kUsageText[] =
     "  write-id --port DEV SHORT LONG          write the codes (16 and 48 characters at most)\n"
     "  program --port DEV --step N --unit s|n|h|d [--start DATE] [--stop DATE]\n"
     "                 [--clock DATE]           program and start a session; --clock sets the logger's\n"
-    "                                          clock to DATE instead of now (it holds 2012 to 2015)\n"
+    "                                          clock to DATE instead of now\n"
     "  stop --port DEV                         stop the running session\n"
     "  upload --port DEV -o FILE               copy the logger's memory into a log file\n"
     "  live --port DEV --count N [-o FILE]     live mode for N samples (one every 3 s), printed;\n"

@@ -37,15 +37,9 @@ void PutDate(uint8_t *p, const std::tm &t) {
 }
 } // namespace
 
-Device::Device(int memorySize, int samples) : memorySize_(memorySize) {
-    // A session of 10 minutes' step that started on 3 March 2014, 09:30:00, and ended at memory full.
-    std::tm start{};
-    start.tm_year = 2014 - 1900;
-    start.tm_mon = 2;
-    start.tm_mday = 3;
-    start.tm_hour = 9;
-    start.tm_min = 30;
-    PutDate(&settings[0], start);
+Device::Device(int memorySize, int samples, const std::tm &clock) : memorySize_(memorySize) {
+    // A session of 10 minutes' step that started when the clock was set, and ended at memory full.
+    PutDate(&settings[0], clock);
     settings[5] = 3;     // minutes
     settings[6] = 0x10;  // step 10
     settings[7] = 0;     // started at once
@@ -126,6 +120,9 @@ std::vector<uint8_t> Device::Frame(uint8_t command, const std::vector<uint8_t> &
 }
 
 std::vector<uint8_t> Device::Handle(uint8_t command, const std::vector<uint8_t> &p) {
+    // Only the clock, the session block and the codes come with a payload; anything else
+    // that carries one is refused, so that a stray payload shows.
+    if (!p.empty() && command != 8 && command != 11 && command != 12) return Frame(0xFF, {0});
     switch (command) {
     case 1: return Frame(1, std::vector<uint8_t>(4, 0));
     case 2: {

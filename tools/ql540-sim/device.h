@@ -4,6 +4,7 @@
 // two check each other.
 #include <array>
 #include <cstdint>
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -23,14 +24,17 @@ long long Hundredths(uint16_t reading, bool highRange);
 
 struct Faults {
     std::string kind = "none";  // none, no-answer, refuse, bad-crc, stray-byte, truncate, late,
-                                // wrong-command, silent-upload, bad-signature, no-samples, blank-start
+                                // wrong-command, short, silent-upload, bad-signature, no-samples,
+                                // blank-start
     int command = -1;           // only this command, or every command
     bool once = false;
 };
 
 class Device {
 public:
-    Device(int memorySize, int samples);
+    // `clock`: the date the logger's clock holds at power-on, which is also the start of
+    // the finished session in its memory.
+    Device(int memorySize, int samples, const std::tm &clock);
     // The whole reply frame to a command with its payload (empty when there is no answer).
     std::vector<uint8_t> Handle(uint8_t command, const std::vector<uint8_t> &payload);
     std::vector<uint8_t> MemoryImage() const;  // what an upload carries after the frame head

@@ -27,9 +27,10 @@ void OnSignal(int) { g_stop = 1; }
 void Usage() {
     std::fputs("Usage: ql540-sim [--link PATH] [--memory 4096|8192|32768|65536] [--samples N] [--fast]\n"
                "                 [--fault KIND [--fault-command N] [--once]] [--control FIFO]\n"
-               "                 [--battery-low] [--log FILE] [--dump-memory FILE] [--dump-samples FILE]\n"
-               "Faults: no-answer refuse bad-crc stray-byte truncate late wrong-command silent-upload\n"
-               "        bad-signature no-samples blank-start\n",
+               "                 [--clock YYYY-MM-DDTHH:MM[:SS]] [--battery-low] [--log FILE]\n"
+               "                 [--dump-memory FILE] [--dump-samples FILE]\n"
+               "Faults: no-answer refuse bad-crc stray-byte truncate late wrong-command short\n"
+               "        silent-upload bad-signature no-samples blank-start\n",
                stderr);
 }
 
@@ -59,6 +60,21 @@ void Send(int fd, const std::vector<uint8_t> &bytes, bool fast, size_t stopAfter
         sent += size_t(w);
         if (!fast) std::this_thread::sleep_until(start + std::chrono::microseconds(sent * 1000000 / 1920));
     }
+}
+
+// "2026-03-03T09:30" or with seconds; false when the text is no such date.
+bool ParseClock(const std::string &text, std::tm &out) {
+    int y = 0, mo = 0, d = 0, h = 0, mi = 0, s = 0;
+    const int n = std::sscanf(text.c_str(), "%d-%d-%dT%d:%d:%d", &y, &mo, &d, &h, &mi, &s);
+    if (n < 5 || mo < 1 || mo > 12 || d < 1 || d > 31 || h > 23 || mi > 59 || s > 59) return false;
+    out = std::tm{};
+    out.tm_year = y - 1900;
+    out.tm_mon = mo - 1;
+    out.tm_mday = d;
+    out.tm_hour = h;
+    out.tm_min = mi;
+    out.tm_sec = s;
+    return true;
 }
 
 bool Applies(const sim::Faults &f, int command) {
@@ -102,6 +118,9 @@ int main(int argc, char **argv) {
     sim::Faults faults;
     std::string control, dumpMemory, dumpSamples;
     bool batteryLow = false;
+    // The logger's clock starts at the present date unless a test fixes it.
+    const std::time_t now = std::time(nullptr);
+    std::tm clock = *std::localtime(&now);
     for (int i = 1; i < argc; ++i) {
         const std::string a = argv[i];
         auto next = [&]() -> std::string {
@@ -120,6 +139,12 @@ int main(int argc, char **argv) {
         else if (a == "--once") faults.once = true;
         else if (a == "--control") control = next();
         else if (a == "--battery-low") batteryLow = true;
+        else if (a == "--clock") {
+            if (!ParseClock(next(), clock)) {
+                Usage();
+                return 64;
+            }
+        }
         else if (a == "--log") g_log = std::fopen(next().c_str(), "w");
         else if (a == "--dump-memory") dumpMemory = next();
         else if (a == "--dump-samples") dumpSamples = next();
@@ -132,7 +157,7 @@ int main(int argc, char **argv) {
         Usage();
         return 64;
     }
-    sim::Device dev(memory, samples);
+    sim::Device dev(memory, samples, clock);
     dev.batteryLow = batteryLow;
     Control("fault " + faults.kind + " " + std::to_string(faults.command) + (faults.once ? " once" : ""), faults, dev);
     if (samples >= 0) dev.Generate(samples);
@@ -230,8 +255,9 @@ int main(int argc, char **argv) {
             if (fault) {
                 const std::string &k = faults.kind;
                 if (k == "no-answer") reply.clear();
-                else if (k == "refuse") {
-                    reply = {0x3C, 0, 4, 0xFF, 0};
+                else if (k == "refuse" || k == "short") {
+                    // A valid frame with one payload byte: a refusal, or the command's own code.
+                    reply = {0x3C, 0, 4, k == "refuse" ? uint8_t(0xFF) : cmd, 0};
                     const uint16_t c = sim::Crc(reply.data(), reply.size());
                     reply.push_back(uint8_t(c >> 8));
                     reply.push_back(uint8_t(c & 0xFF));

@@ -26,6 +26,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QStackedWidget>
 #include <QTimeEdit>
 #include <QToolButton>
@@ -90,12 +91,8 @@ frmMonitor::frmMonitor(QWidget *parent) : QDialog(parent) {
             }
             double d = 0;
             if (ParseDate(lblDate[size_t(i)]->text(), &d)) monDate->setSelectedDate(DateToDateTime(d).date());
-            const QPoint below = btnDate[size_t(i)]->mapTo(this, QPoint(btnDate[size_t(i)]->width() / 2, btnDate[size_t(i)]->height()));
-            monDate->move(qBound(0, below.x() - monDate->width() / 2, width() - monDate->width()), below.y());
-            monDate->show();
-            monDate->raise();
-            monDate->setFocus();
             CalendarIndex = i;
+            ShowCalendarAt(btnDate[size_t(i)]);
         });
         connect(dtpTime[size_t(i)], &QTimeEdit::timeChanged, this, [this] { AutoCalculateDate(); });
     }
@@ -154,8 +151,12 @@ frmMonitor::frmMonitor(QWidget *parent) : QDialog(parent) {
     pages->addWidget(fmeProgress);
     auto *lay = new QVBoxLayout(this);
     lay->addWidget(pages);
+    // A popup of its own, so that the dialog's edges do not clip it; a click outside
+    // closes it, and one on a date button closes it without opening it again.
     monDate = new QCalendarWidget(this);
-    monDate->setWindowFlags(Qt::Widget);
+    monDate->setObjectName(QStringLiteral("monDate"));
+    monDate->setWindowFlags(Qt::Popup);
+    monDate->setAttribute(Qt::WA_NoMouseReplay);
     monDate->hide();
     connect(monDate, &QCalendarWidget::clicked, this, [this](QDate date) {
         lblDate[size_t(CalendarIndex)]->setText(ShortDate(DateFromParts(date.year(), date.month(), date.day())));
@@ -188,6 +189,27 @@ frmMonitor::frmMonitor(QWidget *parent) : QDialog(parent) {
     });
     connect(btnCancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(btnClose, &QPushButton::clicked, this, [this] { WaitFlag = false; });
+}
+
+void frmMonitor::ShowCalendarAt(QWidget *button) {
+    monDate->resize(monDate->sizeHint());
+    const QSize size = monDate->size();
+    const QPoint below = button->mapToGlobal(QPoint(button->width() / 2 - size.width() / 2, button->height()));
+    QScreen *screen = button->screen();
+    const QRect room = screen ? screen->availableGeometry() : QRect(below, size);
+    QPoint at = below;
+    // Above the button when there is no room below it; always wholly on the screen.
+    if (at.y() + size.height() > room.bottom() + 1) at.setY(button->mapToGlobal(QPoint(0, 0)).y() - size.height());
+    at.setX(qBound(room.left(), at.x(), qMax(room.left(), room.right() + 1 - size.width())));
+    at.setY(qBound(room.top(), at.y(), qMax(room.top(), room.bottom() + 1 - size.height())));
+    monDate->move(at);
+    monDate->show();
+    // The window's frame is known only once it shows: pull that in as well.
+    const QRect frame = monDate->frameGeometry();
+    const int dx = qMax(0, room.left() - frame.left()) - qMax(0, frame.right() - room.right());
+    const int dy = qMax(0, room.top() - frame.top()) - qMax(0, frame.bottom() - room.bottom());
+    if (dx || dy) monDate->move(monDate->pos() + QPoint(dx, dy));
+    monDate->setFocus();
 }
 
 void frmMonitor::Load() {
@@ -237,10 +259,14 @@ void frmMonitor::StepRules() {
 
 void frmMonitor::UnitChanged() {
     if (cboStepResolution->currentIndex() < 0) return;
+    UnitRules();
+    AutoCalculateDate();
+}
+
+void frmMonitor::UnitRules() {
     const bool seconds = SelectedUnit() == QLatin1String("s");
     if (seconds && Val(txtStepSize->text()) < 10) txtStepSize->setText(QStringLiteral("10"));
     StepIncrement = seconds ? 10 : 1;
-    AutoCalculateDate();
 }
 
 void frmMonitor::AutoCalculateDate() {
@@ -270,6 +296,7 @@ void frmMonitor::ShowMonitorSettings(bool valid) {
         ShowGroupDate(0, now);
         txtStepSize->setText(QStringLiteral("10"));
         cboStepResolution->setCurrentIndex(1);  // minutes
+        UnitRules();
         ShowGroupDate(1, MemoryEndDate(now, 10, QStringLiteral("n")));
         optStartDate[0]->setChecked(true);
         optStopDate[0]->setChecked(true);
@@ -284,6 +311,8 @@ void frmMonitor::ShowMonitorSettings(bool valid) {
     btnStopMonitor->setEnabled(st.stopEnabled);
     txtStepSize->setText(QString::number(FromBcd(uint8_t(m[6]))));
     cboStepResolution->setCurrentIndex(cboStepResolution->findData(int(m[5] & 7)));
+    // The unit's rules as if the user had chosen it; the dates are shown below.
+    if (cboStepResolution->currentIndex() >= 0) UnitRules();
     uint8_t wire[5];
     const int from = (m[7] & 1) ? 8 : 0;
     for (int i = 0; i < 5; ++i) wire[i] = uint8_t(m[size_t(from + i)]);

@@ -67,6 +67,8 @@ public:
 private:
     void StepRules();
     void UnitChanged();
+    void UnitRules();  // at least 10 seconds, and the up-down's increment
+    void ShowCalendarAt(QWidget *button);
     QString SelectedUnit() const;
 };
 
