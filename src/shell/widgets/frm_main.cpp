@@ -595,13 +595,7 @@ bool frmMain::MessBox(const QString &text, const QString &title, int icon, int m
 }
 
 bool frmMain::SystemBox(const QString &text, const QString &title, SystemBoxKind kind) {
-    QMessageBox box(kind == SystemBoxKind::PlainOk ? QMessageBox::NoIcon : QMessageBox::Critical, title, text,
-                    QMessageBox::Ok, isVisible() ? this : nullptr);
-    if (kind == SystemBoxKind::CriticalYesNo) {
-        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-        box.setDefaultButton(QMessageBox::No);
-    }
-    return box.exec() == QMessageBox::Yes;
+    return SystemMessageBox(text, title, kind, isVisible() ? this : nullptr);
 }
 
 void frmMain::SetPanelText(const QString &text) {
