@@ -34,6 +34,7 @@ public:
     double dateAnswer = 0;
     int dateAsked = 0;
     int battImage = 0;
+    std::vector<std::pair<int, int>> shares;  // received, total
 
     bool MessBox(const QString &text, const QString &title, int icon, int mode) override;
     bool SystemBox(const QString &text, const QString &title, SystemBoxKind kind) override;
@@ -50,6 +51,7 @@ public:
     void WaitText(const QString &) override {}
     void WaitAnimate(int) override {}
     void WaitHide() override { ++waitHidden; }
+    void WaitShare(int received, int total) override { shares.push_back({received, total}); }
     double AskDate() override {
         ++dateAsked;
         return dateAnswer;

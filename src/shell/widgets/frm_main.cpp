@@ -667,6 +667,18 @@ void frmMain::WaitHide() {
     }
 }
 
+void frmMain::WaitShare(int received, int total) {
+    if (!wait_) return;
+    wait_->SetShare(received, total);
+    // The link waits without letting events run, and a window that has just been shown
+    // is only drawn once the window system has mapped it. Let the window system and the
+    // pending paints through; input, timers and the port's notifier stay queued, so no
+    // click reaches another window and nothing re-enters the link.
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers |
+                                    QEventLoop::X11ExcludeTimers);
+    emit WaitPainted(received, total);
+}
+
 double frmMain::AskDate() { return AskStartDate(this); }
 
 void frmMain::SetCommStatus(int image, const QString &text) {

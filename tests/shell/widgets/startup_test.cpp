@@ -83,7 +83,8 @@ ChildRun StartIn(const QString &dir) {
         child.waitForFinished();
         return run;
     }
-    for (const QString &line : QString::fromLocal8Bit(child.readAllStandardOutput()).split(QLatin1Char('\n'))) {
+    const QString out = QString::fromLocal8Bit(child.readAllStandardOutput());
+    for (const QString &line : out.split(QLatin1Char('\n'))) {
         const qsizetype eq = line.indexOf(QLatin1Char('='));
         if (eq > 0) run.report[line.left(eq)] = line.mid(eq + 1);
     }
@@ -93,7 +94,8 @@ ChildRun StartIn(const QString &dir) {
 
 // The name a logo shows, and whether its label is wide enough for it.
 void CheckLogo(Logo *logo) {
-    QCOMPARE(QTextDocumentFragment::fromHtml(logo->lblName->text()).toPlainText(), QStringLiteral("Fluxmere"));
+    QCOMPARE(QTextDocumentFragment::fromHtml(logo->lblName->text()).toPlainText(),
+             QStringLiteral("Fluxmere"));
     const int needed = logo->lblName->fontMetrics().horizontalAdvance(QStringLiteral("Fluxmere"));
     QVERIFY2(needed <= logo->lblName->contentsRect().width(),
              qPrintable(QStringLiteral("%1 > %2").arg(needed).arg(logo->lblName->contentsRect().width())));
@@ -116,7 +118,8 @@ class StartupTest : public QObject {
             const QString f = QString::fromLatin1(file);
             if (f == missing) continue;
             if (f == garbled) test::WriteBytes(dir + QLatin1Char('/') + f, "not a string table");
-            else QFile::copy(QCoreApplication::applicationDirPath() + QLatin1Char('/') + f, dir + QLatin1Char('/') + f);
+            else QFile::copy(QCoreApplication::applicationDirPath() + QLatin1Char('/') + f,
+                             dir + QLatin1Char('/') + f);
         }
         return dir;
     }
@@ -131,7 +134,8 @@ private slots:
         QTest::newRow("english help") << "Fluxmere_en.hlp" << "" << "ERROR" << "English Help Not Found";
         QTest::newRow("language store") << "Language.dll" << "" << "ERROR" << "Language DLL Not Found";
         QTest::newRow("unreadable language store")
-            << "" << "Language.dll" << "CRITICAL ERROR" << "Error loading the Language library. Cannot proceed.";
+            << "" << "Language.dll" << "CRITICAL ERROR"
+            << "Error loading the Language library. Cannot proceed.";
     }
     void missingFileStopsTheStartWithABox() {
         QFETCH(QString, missing);
@@ -163,7 +167,8 @@ private slots:
         const ChildRun run = StartIn(dir);
         QCOMPARE(run.report.value(QStringLiteral("title")), QStringLiteral("ERROR! (Fluxmere)"));
         const QString text = run.report.value(QStringLiteral("text"));
-        QVERIFY2(text.startsWith(QStringLiteral("An unpredictable error occurred.|Error Raised by  : ReadOptions|")),
+        QVERIFY2(text.startsWith(
+                     QStringLiteral("An unpredictable error occurred.|Error Raised by  : ReadOptions|")),
                  qPrintable(text));
         QVERIFY2(text.contains(QStringLiteral("Error Number     : 70|")), qPrintable(text));
         QCOMPARE(run.report.value(QStringLiteral("shown")), QStringLiteral("1"));
