@@ -40,6 +40,10 @@ public:
     virtual void WaitText(const QString &text) = 0;
     virtual void WaitAnimate(int step) = 0;
     virtual void WaitHide() = 0;
+    // The share of a long reply received so far: `received` of `total` bytes, total 0
+    // while the reply has not told its length yet. The wait window paints before this
+    // returns, though the link goes on waiting without letting events run.
+    virtual void WaitShare(int received, int total) = 0;
     // frmDate: asks for a start date; returns it as an OLE date.
     virtual double AskDate() = 0;
 
@@ -49,6 +53,13 @@ public:
     // Lets queued events run once (the one yield of long transfers).
     virtual void DoEvents() = 0;
 };
+
+// The share of a long reply in whole percent, 0 to 100, rounded down so that 100 means
+// all of it; -1 while its length is not known.
+inline int SharePercent(int received, int total) {
+    if (total <= 0) return -1;
+    return int(qBound(qint64(0), qint64(received) * 100 / total, qint64(100)));
+}
 
 // A host that shows nothing and answers every question with "no"; boxes go to stderr.
 class QuietHost : public UiHost {
@@ -68,6 +79,7 @@ public:
     void WaitText(const QString &) override {}
     void WaitAnimate(int) override {}
     void WaitHide() override {}
+    void WaitShare(int, int) override {}
     double AskDate() override;
     void SetCommStatus(int, const QString &) override {}
     void SetBattImage(int) override {}

@@ -164,18 +164,22 @@ OptionsRecord &Options() {
     return options;
 }
 
-void ReadOptions() {
-    TrapVoid("ReadOptions", [] {
+bool ReadOptions() {
+    return Trap("ReadOptions", false, [] {
         QFile file(OptionsPath());
         if (!file.exists()) {
             Options() = OptionsRecord::Defaults();
-            return;
+            return true;
         }
+        // A file that cannot be read leaves the start with the defaults rather than an
+        // empty record (no port, black charts, no memory size).
+        Options() = OptionsRecord::Defaults();
         if (!file.open(QIODevice::ReadOnly)) Raise(err::PermissionDenied, file.errorString());
         const QByteArray bytes = file.read(kOptionsRecordSize);
         if (file.error() != QFileDevice::NoError) Raise(err::DeviceIO, file.errorString());
         Options() = OptionsRecord::FromBytes(bytes);
         Options().FirstRun = false;
+        return true;
     });
 }
 

@@ -45,7 +45,9 @@ struct OptionsRecord {
 OptionsRecord &Options();
 
 // Fills Options() from the options file, or with the defaults when there is none.
-void ReadOptions();
+// False when the file is there but could not be read: the defaults stand in, and the
+// fault has been reported.
+bool ReadOptions();
 // Replaces the options file with Options(); a failure leaves the previous file whole.
 void SaveOptions();
 

@@ -72,6 +72,8 @@ void SerialPort::Output(const QByteArray &bytes) {
 
 QByteArray SerialPort::Input() { return port_->isOpen() ? port_->readAll() : QByteArray(); }
 
+QByteArray SerialPort::Peek(int count) const { return port_->isOpen() ? port_->peek(count) : QByteArray(); }
+
 int SerialPort::InBufferCount() const { return port_->isOpen() ? int(port_->bytesAvailable()) : 0; }
 
 void SerialPort::ClearInBuffer() {

@@ -27,6 +27,8 @@ public:
     void SetPortOpen(bool open);
     void Output(const QByteArray &bytes);
     QByteArray Input();
+    // Up to `count` of the waiting bytes, left waiting.
+    QByteArray Peek(int count) const;
     int InBufferCount() const;
     void ClearInBuffer();
     void ClearOutBuffer();

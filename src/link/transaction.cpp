@@ -45,6 +45,12 @@ void CollectFixed(int expected) {
     RxLength() = int32_t(RxBuffer().size());
 }
 
+// The whole frame's length as its header tells it, or 0 while the header is not in.
+int FrameLength(const QByteArray &head) {
+    if (head.size() < 3 || uint8_t(head.at(0)) != 0x3C) return 0;
+    return uint8_t(head.at(1)) * 256 + uint8_t(head.at(2)) + 3;
+}
+
 // Bulk reception: drained piece by piece while it arrives, until the line is silent.
 void CollectBulk() {
     SerialPort &port = Seriale();
@@ -52,6 +58,8 @@ void CollectBulk() {
     Host().DoEvents();  // the one yield, so the wait window shows
     Host().SetBusy(true);
     QList<QByteArray> chunks;
+    int drained = 0;  // bytes already moved into chunks
+    int frame = 0;
     int seen = port.InBufferCount();
     QElapsedTimer mark, animation;
     mark.start();
@@ -62,18 +70,22 @@ void CollectBulk() {
             seen = port.InBufferCount();
             mark.restart();
         }
+        if (frame == 0) frame = FrameLength(chunks.isEmpty() ? port.Peek(3) : chunks.first());
         if (port.InBufferCount() > kDrainAt) {
             chunks << port.Input();
+            drained += int(chunks.last().size());
             seen = 0;
         }
         if (animation.elapsed() >= 100) {
             Host().WaitAnimate(10);
+            Host().WaitShare(drained + port.InBufferCount(), frame);
             animation.restart();
         }
     }
     chunks << port.Input();
     RxBuffer() = chunks.size() == 1 ? chunks.first() : chunks.join();
     RxLength() = int32_t(RxBuffer().size());
+    Host().WaitShare(RxLength(), FrameLength(RxBuffer()));
 }
 
 void EndUpload() {

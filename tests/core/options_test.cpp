@@ -55,6 +55,20 @@ TEST(Options, FirstStartWritesTheDefaultRecord) {
     EXPECT_TRUE(host.boxes.empty());
 }
 
+TEST(Options, AFileThatCannotBeReadIsReportedAndLeavesTheDefaults) {
+    test::Fresh fresh;
+    test::RecorderHost host;
+    Options().ComPort = 9;  // what an earlier reading left
+    ASSERT_TRUE(QDir().mkpath(OptionsPath()));  // a folder: unreadable for anyone
+    EXPECT_FALSE(ReadOptions());
+    EXPECT_EQ(Options().ComPort, 1);
+    EXPECT_EQ(Options().MemorySize, 65536);
+    ASSERT_EQ(host.boxes.size(), 1u);
+    EXPECT_TRUE(host.boxes[0].text.contains(QStringLiteral("Error Raised by  : ReadOptions\r\n")));
+    QDir().rmdir(OptionsPath());
+    EXPECT_TRUE(ReadOptions());  // no file at all is no fault
+}
+
 TEST(Options, TextFieldsAreWindows1252AndCut) {
     OptionsRecord o = OptionsRecord::Defaults();
     o.LastPath = OptionText(QStringLiteral("C:\\Dati\\città€"));

@@ -98,6 +98,10 @@ TEST_F(LinkTest, PortCodesAndUploadMatchTheLogger) {
     EXPECT_EQ(d.DataStopCode, 1);
     EXPECT_GE(host.waitShown, 1);
     EXPECT_GE(host.waitHidden, host.waitShown);  // the wait window is never left up
+    // The share shown only grows, and ends at the whole frame as its length field tells it.
+    ASSERT_FALSE(host.shares.empty());
+    EXPECT_EQ(host.shares.back(), std::make_pair(int(RxLength()), int(RxLength())));
+    for (size_t i = 1; i < host.shares.size(); ++i) EXPECT_GE(host.shares[i].first, host.shares[i - 1].first);
 }
 
 TEST_F(LinkTest, FailuresAreCountedAndDropTheLinkOnTheThird) {

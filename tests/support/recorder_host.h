@@ -36,6 +36,7 @@ public:
     int battImage = 0;
     int commImage = 0;  // the link's status picture and text, as last set
     QString commText;
+    std::vector<std::pair<int, int>> shares;  // received, total
 
     bool MessBox(const QString &text, const QString &title, int icon, int mode) override;
     bool SystemBox(const QString &text, const QString &title, SystemBoxKind kind) override;
@@ -52,6 +53,7 @@ public:
     void WaitText(const QString &) override {}
     void WaitAnimate(int) override {}
     void WaitHide() override { ++waitHidden; }
+    void WaitShare(int received, int total) override { shares.push_back({received, total}); }
     double AskDate() override {
         ++dateAsked;
         return dateAnswer;

@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <cstdio>
+#include <unistd.h>
 
 namespace fm::cli {
 
@@ -34,6 +35,22 @@ double ConsoleHost::AskDate() {
 
 void ConsoleHost::DoEvents() {
     QCoreApplication::processEvents();
+}
+
+// On a terminal the share of an upload is one line that rewrites itself; in a pipe or a
+// file it would only be noise.
+void ConsoleHost::WaitShare(int received, int total) {
+    const int percent = SharePercent(received, total);
+    if (percent < 0 || percent == shownShare_ || !isatty(fileno(stderr))) return;
+    shownShare_ = percent;
+    std::fprintf(stderr, "\r%s%s %%", qPrintable(ResString(3052)),
+                 qPrintable(FormatNumber(double(percent), u"0")));
+    std::fflush(stderr);
+}
+
+void ConsoleHost::WaitHide() {
+    if (shownShare_ >= 0) std::fputc('\n', stderr);
+    shownShare_ = -1;
 }
 
 }  // namespace fm::cli

@@ -12,8 +12,11 @@ public:
     bool ButtonEnabled(int) const override { return true; }
     double AskDate() override;
     void DoEvents() override;
+    void WaitShare(int received, int total) override;
+    void WaitHide() override;
 
 private:
     bool yes_;
+    int shownShare_ = -1;
 };
 }  // namespace fm::cli

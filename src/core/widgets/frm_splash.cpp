@@ -1,6 +1,6 @@
 #include "core/widgets/frm_splash.h"
 
-#include "core/widgets/icons.h"
+#include "core/widgets/logo.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -16,11 +16,11 @@ frmSplash::frmSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindow
     p.setColor(QPalette::Window, Qt::white);
     setPalette(p);
     Shape1 = new QFrame(this);
+    Shape1->setObjectName(QStringLiteral("Shape1"));
     Shape1->setFrameShape(QFrame::Box);
-    Shape1->setStyleSheet(QStringLiteral("QFrame{border:2px solid #1f4f8f;}"));
-    imgLogo = new QLabel(this);
-    imgLogo->setPixmap(LogoImage(300));
-    imgLogo->setAlignment(Qt::AlignCenter);
+    // Only the outline: the labels inside are frames too.
+    Shape1->setStyleSheet(QStringLiteral("QFrame#Shape1{border:2px solid #1f4f8f;}"));
+    imgLogo = new Logo(80, this);
     pctRight = new QLabel(QStringLiteral("QL540 magnetic field logger"), this);
     pctRight->setAlignment(Qt::AlignCenter);
     lblVersion = new QLabel(this);

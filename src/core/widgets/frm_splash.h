@@ -6,11 +6,14 @@ class QLabel;
 class QFrame;
 
 namespace fm {
+class Logo;
+
 class frmSplash : public QWidget {
     Q_OBJECT
 public:
     frmSplash();
-    QLabel *lblVersion, *lblDescription, *lblMessages, *imgLogo, *pctRight;
+    QLabel *lblVersion, *lblDescription, *lblMessages, *pctRight;
+    Logo *imgLogo;
     QFrame *Shape1;
     // Sets the progress line and repaints it at once.
     void Message(const QString &text);

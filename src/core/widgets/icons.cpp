@@ -46,5 +46,5 @@ QPixmap InfoImage(const char *name, int px) {
     return Render(QStringLiteral(":/icons/info/%1.svg").arg(QLatin1String(name)), QSize(px, px));
 }
 
-QPixmap LogoImage(int width) { return Render(QStringLiteral(":/icons/logo.svg"), QSize(width, width / 3)); }
+QPixmap MarkImage(int px) { return Render(QStringLiteral(":/icons/mark.svg"), QSize(px, px)); }
 } // namespace fm

@@ -8,5 +8,5 @@ QIcon ToolbarImage(int index);          // 1 to 17
 QPixmap StatusImage(int index, int px = 16);   // pctImage(0..6)
 QPixmap MessageImage(int icon, int px = 32);   // 0 error, 1 warning, 2 information
 QPixmap InfoImage(const char *name, int px = 16);
-QPixmap LogoImage(int width);
+QPixmap MarkImage(int px);  // the axes of the logo
 } // namespace fm

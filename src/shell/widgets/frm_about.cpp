@@ -3,7 +3,7 @@
 #include "core/language.h"
 #include "core/options.h"
 #include "core/regional.h"
-#include "core/widgets/icons.h"
+#include "core/widgets/logo.h"
 #include "core/widgets/set_up_form.h"
 
 #include <QGridLayout>
@@ -28,8 +28,7 @@ bool (*frmAbout::ShiftCtrlDown)() = RealShiftCtrl;
 frmAbout::frmAbout(QWidget *parent) : QDialog(parent) {
     setObjectName(QStringLiteral("frmAbout"));
     setWindowTitle(QStringLiteral("About Fluxmere..."));
-    pctLogo = new QLabel(this);
-    pctLogo->setPixmap(LogoImage(240));
+    pctLogo = new Logo(64, this);
     pctRight = new QLabel(this);
     lblVersion = new QLabel(this);
     lblVersion->setObjectName(QStringLiteral("lblVersion"));
@@ -77,9 +76,7 @@ frmHidden::frmHidden(QWidget *parent) : QDialog(parent) {
     setObjectName(QStringLiteral("frmHidden"));
     setWindowTitle(QStringLiteral("Special thanks......."));
     auto *lay = new QVBoxLayout(this);
-    auto *logo = new QLabel(this);
-    logo->setPixmap(LogoImage(200));
-    lay->addWidget(logo);
+    lay->addWidget(new Logo(56, this));
     lay->addWidget(new QLabel(QStringLiteral("This software was realized by:"), this));
     auto *names = new QLabel(QStringLiteral("The Fluxmere developers"), this);
     QFont f = names->font();

@@ -5,11 +5,14 @@ class QLabel;
 class QPushButton;
 
 namespace fm {
+class Logo;
+
 class frmAbout : public QDialog {
     Q_OBJECT
 public:
     explicit frmAbout(QWidget *parent);
-    QLabel *lblVersion, *lblEEprom, *lblComeTo, *lblDescription, *Label1, *pctLogo, *pctRight;
+    QLabel *lblVersion, *lblEEprom, *lblComeTo, *lblDescription, *Label1, *pctRight;
+    Logo *pctLogo;
     QPushButton *btnOK;
     int KeyCount = 0;
     // Whether Shift and Ctrl are both down; tests replace it.

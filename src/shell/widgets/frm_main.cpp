@@ -595,13 +595,7 @@ bool frmMain::MessBox(const QString &text, const QString &title, int icon, int m
 }
 
 bool frmMain::SystemBox(const QString &text, const QString &title, SystemBoxKind kind) {
-    QMessageBox box(kind == SystemBoxKind::PlainOk ? QMessageBox::NoIcon : QMessageBox::Critical, title, text,
-                    QMessageBox::Ok, isVisible() ? this : nullptr);
-    if (kind == SystemBoxKind::CriticalYesNo) {
-        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-        box.setDefaultButton(QMessageBox::No);
-    }
-    return box.exec() == QMessageBox::Yes;
+    return SystemMessageBox(text, title, kind, isVisible() ? this : nullptr);
 }
 
 void frmMain::SetPanelText(const QString &text) {
@@ -671,6 +665,18 @@ void frmMain::WaitHide() {
         wait_->deleteLater();
         wait_ = nullptr;
     }
+}
+
+void frmMain::WaitShare(int received, int total) {
+    if (!wait_) return;
+    wait_->SetShare(received, total);
+    // The link waits without letting events run, and a window that has just been shown
+    // is only drawn once the window system has mapped it. Let the window system and the
+    // pending paints through; input, timers and the port's notifier stay queued, so no
+    // click reaches another window and nothing re-enters the link.
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers |
+                                    QEventLoop::X11ExcludeTimers);
+    emit WaitPainted(received, total);
 }
 
 double frmMain::AskDate() { return AskStartDate(this); }

@@ -87,10 +87,15 @@ public:
     void WaitText(const QString &text) override;
     void WaitAnimate(int step) override;
     void WaitHide() override;
+    void WaitShare(int received, int total) override;
     double AskDate() override;
     void SetCommStatus(int image, const QString &text) override;
     void SetBattImage(int image) override;
     void DoEvents() override;
+
+signals:
+    // The wait window has painted this share of a long reply.
+    void WaitPainted(int received, int total);
 
 protected:
     void closeEvent(QCloseEvent *e) override;

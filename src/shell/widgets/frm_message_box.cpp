@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QFontMetrics>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
 
 namespace fm {
@@ -85,6 +86,17 @@ bool MessBox(const QString &text, const QString &title, int icon, int mode) {
         box.exec();
         return box.Answer;
     });
+}
+
+bool SystemMessageBox(const QString &text, const QString &title, SystemBoxKind kind, QWidget *owner) {
+    QMessageBox box(kind == SystemBoxKind::PlainOk ? QMessageBox::NoIcon : QMessageBox::Critical, title, text,
+                    QMessageBox::Ok, owner);
+    if (kind == SystemBoxKind::CriticalYesNo) {
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+        box.setDefaultButton(QMessageBox::No);
+    }
+    box.setWindowModality(Qt::ApplicationModal);
+    return box.exec() == QMessageBox::Yes;
 }
 
 } // namespace fm

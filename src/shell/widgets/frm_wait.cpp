@@ -1,10 +1,14 @@
 #include "shell/widgets/frm_wait.h"
 
+#include "core/host.h"
+#include "core/language.h"
+#include "core/regional.h"
 #include "core/widgets/set_up_form.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QProgressBar>
 #include <QVBoxLayout>
 
 namespace fm {
@@ -25,16 +29,38 @@ frmWait::frmWait(QWidget *parent) : QDialog(parent) {
     shpProgress->setObjectName(QStringLiteral("shpProgress"));
     shpProgress->setStyleSheet(QStringLiteral("background:#1f6fd0"));
     shpProgress->setGeometry(1, 1, 0, 20);
+    lblShare = new QLabel(this);
+    lblShare->setObjectName(QStringLiteral("lblShare"));
+    prgShare = new QProgressBar(this);
+    prgShare->setObjectName(QStringLiteral("prgShare"));
+    prgShare->setRange(0, 100);
+    prgShare->setTextVisible(false);
+    prgShare->setFixedHeight(10);
+    lblShare->hide();
+    prgShare->hide();
     auto *lay = new QVBoxLayout(this);
     lay->addWidget(lblProgress);
     lay->addWidget(pctProgress);
-    resize(360, 100);
+    lay->addWidget(lblShare);
+    lay->addWidget(prgShare);
+    resize(360, 130);
     SetUpForm(this);
 }
 
 void frmWait::SetText(const QString &text) {
     lblProgress->setText(text);
     lblProgress->repaint();
+}
+
+void frmWait::SetShare(int received, int total) {
+    const int percent = SharePercent(received, total);
+    if (percent < 0) return;
+    lblShare->setText(ResString(3052) + FormatNumber(double(percent), u"0") + QStringLiteral(" %"));
+    prgShare->setValue(percent);
+    lblShare->show();
+    prgShare->show();
+    lblShare->repaint();
+    prgShare->repaint();
 }
 
 void frmWait::Animate(int step) {

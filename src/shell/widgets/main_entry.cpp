@@ -20,19 +20,36 @@
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QMessageBox>
+#include <QPointer>
 
 #include <cstdlib>
 
 namespace fm {
 namespace {
 // The options are written back only when they were read in this run: a start that
-// stops before that must not replace a good options file with an empty record.
+// stops before that must not replace a good options file with an empty record, nor
+// one that could not be read with the defaults.
 bool g_optionsRead = false;
 bool g_shutDown = false;
 
-void CriticalBox(const QString &text, const QString &title) {
-    QMessageBox::critical(nullptr, title, text);
+// The host until frmMain exists: its boxes are real windows over the splash, since a
+// start that stops must say why on the screen, not only on a console nobody reads.
+class SplashHost : public QuietHost {
+public:
+    QPointer<QWidget> splash;
+    bool MessBox(const QString &text, const QString &title, int icon, int mode) override {
+        return fm::MessBox(text, title, icon, mode);
+    }
+    bool SystemBox(const QString &text, const QString &title, SystemBoxKind kind) override {
+        return SystemMessageBox(text, title, kind, splash);
+    }
+    void DoEvents() override { QCoreApplication::processEvents(); }
+};
+
+// Static: a fault trapped in StartUp still reports through it after the body is left.
+SplashHost &StartingHost() {
+    static SplashHost host;
+    return host;
 }
 } // namespace
 
@@ -44,6 +61,8 @@ bool StartUp(int splashMs, const QStringList &arguments) {
         QElapsedTimer since;  // monotonic: the wait cannot hang across midnight
         since.start();
         auto *splash = new frmSplash;
+        StartingHost().splash = splash;
+        SetHost(&StartingHost());
         splash->show();
         splash->lblVersion->setText(QStringLiteral("QL540 Version %1.%2.%3")
                                         .arg(FLUXMERE_VERSION_MAJOR).arg(FLUXMERE_VERSION_MINOR)
@@ -57,12 +76,11 @@ bool StartUp(int splashMs, const QStringList &arguments) {
             return false;
         }
         splash->Message(QStringLiteral("Reading Options..."));
-        ReadOptions();
-        g_optionsRead = true;
+        g_optionsRead = ReadOptions();
         if (!InitLibrary(QStringLiteral("Language.dll"))) {
+            Host().SystemBox(QStringLiteral("Error loading the Language library. Cannot proceed."),
+                             QStringLiteral("CRITICAL ERROR"), SystemBoxKind::CriticalOk);
             delete splash;
-            CriticalBox(QStringLiteral("Error loading the Language library. Cannot proceed."),
-                        QStringLiteral("CRITICAL ERROR"));
             ShutDown(nullptr);
             return false;
         }
