@@ -28,10 +28,7 @@
 using namespace fm;
 
 namespace {
-bool Red(QRgb c) {
-    return qRed(c) > 200 && qGreen(c) < 80 && qBlue(c) < 80;
-}
-// A red line drawn between two pixel rows shows half-tone on both.
+// Red, or the half-tone of a red line drawn between two pixel rows.
 bool Reddish(QRgb c) {
     return qRed(c) > 200 && qGreen(c) < 170 && qBlue(c) < 170;
 }
@@ -39,7 +36,7 @@ bool Reddish(QRgb c) {
 int RedPixels(const QImage &image) {
     int n = 0;
     for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x) n += Red(image.pixel(x, y));
+        for (int x = 0; x < image.width(); ++x) n += Reddish(image.pixel(x, y));
     return n;
 }
 
