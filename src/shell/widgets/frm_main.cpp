@@ -561,6 +561,8 @@ void frmMain::OpenRequestedForms() {
             QRect geometry;
         };
         std::map<int, Placement> placed;
+        const QMdiSubWindow *active = mdiArea->activeSubWindow();
+        const int activeView = active ? active->property("viewButton").toInt() : 0;
         for (int b : {13, 14, 15}) {
             const auto it = Views.find(b);
             if (it == Views.end() || !it->second.isOpen || !it->second.isOpen()) continue;
@@ -588,6 +590,10 @@ void frmMain::OpenRequestedForms() {
             if (p != placed.end() && p->second.wasOpen && !w->isMinimized() && !w->isMaximized())
                 w->setGeometry(p->second.geometry);
         }
+        // The view the person was working in stays in front.
+        for (QMdiSubWindow *w : mdiArea->subWindowList())
+            if (activeView > 0 && w->property("viewButton").toInt() == activeView)
+                mdiArea->setActiveSubWindow(w);
     });
 }
 

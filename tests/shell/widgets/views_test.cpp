@@ -128,12 +128,14 @@ private slots:
         const std::map<int, QRect> where{
             {13, QRect(10, 10, 700, 380)}, {14, QRect(720, 10, 420, 380)}, {15, QRect(60, 400, 900, 300)}};
         for (auto &[b, w] : Open(m)) w->setGeometry(where.at(b));
+        m->mdiArea->setActiveSubWindow(Open(m).at(13));  // a click on the chart's title
         Shot(m, "three_views");
 
         OpenFromMenu(m, second_);
         auto open = Open(m);
         QCOMPARE(open.size(), size_t(3));
         for (auto &[b, w] : open) QCOMPARE(w->geometry(), where.at(b));
+        QCOMPARE(m->mdiArea->activeSubWindow(), open.at(13));
         QCOMPARE(m->findChildren<frmGraphTe *>().size(), 1);
         QCOMPARE(m->findChildren<frmGraphSt *>().size(), 1);
         QCOMPARE(m->findChildren<frmSource *>().size(), 1);
