@@ -8,6 +8,8 @@
 #include "core/safe_file.h"
 #include "shell/info_model.h"
 
+#include <algorithm>
+
 namespace fm {
 
 DataList::DataList(bool chronological) : chronological_(chronological || !ValueOrderAvailable()) {
@@ -25,16 +27,33 @@ DataList::DataList(bool chronological) : chronological_(chronological || !ValueO
     heading_[n++] = ResString(3020) + (d.DataIsCsv ? ResString(3050) : QString());
     heading_[n++] = QString();
     headingLines_ = n;
+    // Only samples that every array holds; the copies are cut to them.
+    const size_t held = std::min({d.DataX.size(), d.DataY.size(), d.DataZ.size(), d.DataValue.size()});
+    count_ = held == 0 ? 0 : int32_t(std::min<size_t>(size_t(std::max(d.DataCount, 0)), held - 1));
+    const auto upTo = [this](const auto &v) { return std::vector(v.begin(), v.begin() + count_ + 1); };
+    if (count_ > 0) {
+        x_ = upTo(d.DataX);
+        y_ = upTo(d.DataY);
+        z_ = upTo(d.DataZ);
+        value_ = upTo(d.DataValue);
+    }
+    start_ = d.DataStart;
+    step_ = d.DataStep;
+    unit_ = d.DataStepUnit;
     if (!chronological_) {
         std::vector<int32_t> marks;
-        for (int32_t i = 1; i <= d.DataCount; ++i)
-            if (d.DataValue[size_t(i)] < 0) marks.push_back(i);
-        byValue_.assign(size_t(d.DataCount) + 1, 0);
+        for (int32_t i = 1; i <= count_; ++i)
+            if (value_[size_t(i)] < 0) marks.push_back(i);
+        byValue_.assign(size_t(count_) + 1, 0);
         size_t next = 0;
-        for (int32_t r = 1; r <= d.DataCount; ++r) {
+        for (int32_t r = 1; r <= count_; ++r) {
             const int32_t k = d.SortedIndex[size_t(r)];
-            byValue_[size_t(r)] = k > 0 ? k : next < marks.size() ? marks[next++] : 0;
+            byValue_[size_t(r)] = k > 0 && k <= count_ ? k : next < marks.size() ? marks[next++] : 0;
         }
+    }
+    if (ValueOrderAvailable() && d.MedianPos <= count_) {
+        const int32_t row = chronological_ ? d.SortedIndex[size_t(d.MedianPos)] : d.MedianPos;
+        if (row >= 1 && row <= count_) medianLine_ = headingLines_ + row - 1;
     }
 }
 
@@ -46,17 +65,19 @@ bool DataList::ValueOrderAvailable() {
 
 int DataList::HeadingLines() const { return headingLines_; }
 
-int64_t DataList::LineCount() const { return headingLines_ + int64_t(Data().DataCount); }
+int64_t DataList::LineCount() const {
+    return headingLines_ + int64_t(count_);
+}
 
 QString DataList::Row(int32_t r) const {
-    const MeasurementData &d = Data();
+    if (r < 1 || r > count_) return QString();
     const int32_t k = chronological_ ? r : byValue_[size_t(r)];
-    if (k < 1 || k > d.DataCount) return QString();
-    const double date = d.SampleDate(k);
+    if (k < 1 || k > count_) return QString();
+    const double date = DateAdd(unit_, double(k - 1) * step_, start_);
     QString row = chronological_ ? ShortDate(date).trimmed() + QLatin1Char(' ') + LongTime(date).trimmed()
                                  : GeneralDate(date);
-    const float x = d.DataX[size_t(k)], y = d.DataY[size_t(k)], z = d.DataZ[size_t(k)];
-    const double v = d.DataValue[size_t(k)];
+    const float x = x_[size_t(k)], y = y_[size_t(k)], z = z_[size_t(k)];
+    const double v = value_[size_t(k)];
     if (x < 0 || y < 0 || z < 0 || v < 0) return row + QStringLiteral(" NOT AVAILABLE - OPERATING GSM");
     row += Formatta(FormatNumber(x, u"#0.00"), 8);
     row += Formatta(FormatNumber(y, u"  #0.00"), 8);
@@ -72,10 +93,7 @@ QString DataList::Line(int64_t line) const {
 }
 
 int64_t DataList::MedianLine() const {
-    const MeasurementData &d = Data();
-    if (!ValueOrderAvailable()) return -1;
-    const int32_t row = chronological_ ? d.SortedIndex[size_t(d.MedianPos)] : d.MedianPos;
-    return row >= 1 ? headingLines_ + row - 1 : -1;
+    return medianLine_;
 }
 
 int64_t DataList::LineOfSample(int32_t sample) const { return headingLines_ + sample - 1; }

@@ -1,6 +1,9 @@
 #pragma once
 // The text of the data list: a heading, then one row a sample, by time or by value.
 // Rows are made when asked for, so a list of a million samples costs nothing to open.
+// The list keeps its own copy of the figures and dates it shows, as a text control keeps
+// its text: a load that fails half-way leaves the record part new, and the list on show
+// must still read as it was made.
 #include <QByteArray>
 #include <QString>
 #include <cstdint>
@@ -29,6 +32,13 @@ public:
 private:
     QString Row(int32_t position) const;
     bool chronological_;
+    int32_t count_ = 0;
+    double start_ = 0;
+    int32_t step_ = 0;
+    QString unit_;
+    std::vector<float> x_, y_, z_;
+    std::vector<double> value_;
+    int64_t medianLine_ = -1;
     // By value: the sample of each row. Samples without data sort as index 0; they are
     // given back their own numbers here, in time order.
     std::vector<int32_t> byValue_;

@@ -58,3 +58,28 @@ TEST(DataList, ImportsWithoutTheSortListByTimeOnly) {
     EXPECT_EQ(list.LineOfSample(1), 8);
     EXPECT_EQ(list.MedianLine(), -1);
 }
+
+// A load that fails half-way sizes the arrays anew and leaves the rest zero; the list
+// on show goes on reading as it was made, in either order.
+TEST(DataList, KeepsItsRowsWhenTheRecordChangesUnderIt) {
+    test::Fresh fresh(1);
+    test::RecorderHost host;
+    const QString log = fresh.Path(QStringLiteral("in.log"));
+    test::WriteBytes(log, test::LogText({"Field Activity Log", "13/10/2026 23:59:00@14/10/2026 00:03:00@3", "1n", "3",
+                                         "ID", "Cabina", "1.00 0.00 0.00  0", "-1 -1 -1 0", "0.30 0.40 0.00  0"}));
+    ASSERT_TRUE(LoadFile(log));
+    for (bool byTime : {true, false}) {
+        const DataList list(byTime);
+        QStringList before;
+        for (int64_t i = 0; i < list.LineCount(); ++i) before << list.Line(i);
+        MeasurementData &d = Data();
+        d.DataStart += 3;
+        d.DataCount = 40;
+        d.SizeArrays(40);
+        QStringList after;
+        for (int64_t i = 0; i < list.LineCount(); ++i) after << list.Line(i);
+        EXPECT_EQ(after, before);
+        EXPECT_EQ(list.LineCount(), 7 + 3);
+        ASSERT_TRUE(LoadFile(log));
+    }
+}

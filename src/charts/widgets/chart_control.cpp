@@ -52,11 +52,14 @@ ChartControl::ChartControl(QWidget *parent) : QWidget(parent), plot_(new QCustom
         l->setPen(QPen(Qt::red, 1));
         l->setVisible(false);
     }
-    connect(plot_, &QCustomPlot::plottableClick, this,
-            [this](QCPAbstractPlottable *p, int index, QMouseEvent *) {
-                for (size_t s = 0; s < series_.size(); ++s)
-                    if (series_[s].plottable == p) emit pointClicked(int(s), index);
-            });
+    // A click is a press and a release within a few pixels; a longer drag is the zoom's.
+    connect(plot_, &QCustomPlot::mousePress, this, [this](QMouseEvent *e) { pressPos_ = e->pos(); });
+    connect(plot_, &QCustomPlot::mouseRelease, this, [this](QMouseEvent *e) {
+        if (e->button() != Qt::LeftButton || (e->pos() - pressPos_).manhattanLength() > 3) return;
+        int point = -1;
+        const int s = SeriesAt(e->pos(), &point);
+        if (s >= 0) emit pointClicked(s, point);
+    });
     connect(plot_->xAxis, qOverload<const QCPRange &>(&QCPAxis::rangeChanged), this, [this] {
         HideCross();
         emit rangeChanged();
@@ -82,8 +85,31 @@ int ChartControl::AddSeries(Kind kind) {
         g->setAntialiased(kind != FastLine);
         p = g;
     }
+    // The plot's own selection would restyle a clicked trace; clicks are ours alone.
+    p->setSelectable(QCP::stNone);
     series_.push_back({kind, p, {}});
     return int(series_.size()) - 1;
+}
+
+int ChartControl::SeriesAt(QPointF pos, int *point) const {
+    int best = -1;
+    double bestDistance = plot_->selectionTolerance();
+    for (int s = int(series_.size()) - 1; s >= 0; --s) {  // the trace drawn on top first
+        const Series &series = series_[size_t(s)];
+        if (!series.plottable->realVisibility()) continue;  // a hidden trace takes no click
+        QVariant details;
+        const double distance = series.plottable->selectTest(pos, false, &details);
+        if (distance < 0 || distance > bestDistance || (best >= 0 && distance == bestDistance)) continue;
+        // The nearest point, or on a line between points far apart, the one under the pointer.
+        long i = details.value<QCPDataSelection>().dataRange().begin();
+        if (i < 0 || size_t(i) >= series.values.size() || std::isnan(series.values[size_t(i)]))
+            i = std::lround(plot_->xAxis->pixelToCoord(pos.x()));
+        if (i < 0 || size_t(i) >= series.values.size() || std::isnan(series.values[size_t(i)])) continue;
+        best = s;
+        bestDistance = distance;
+        *point = int(i);
+    }
+    return best;
 }
 
 void ChartControl::SetSeriesTitle(int s, const QString &title) {
@@ -193,7 +219,6 @@ void ChartControl::SetLegendVisible(bool on) {
 
 void ChartControl::SetAllowZoom(bool on) {
     plot_->setInteraction(QCP::iRangeZoom, on);
-    plot_->setInteraction(QCP::iSelectPlottables, true);
     plot_->setSelectionRectMode(on ? QCP::srmZoom : QCP::srmNone);
     plot_->axisRect()->setRangeZoom(Qt::Horizontal | Qt::Vertical);
 }
@@ -264,7 +289,10 @@ void ChartControl::SetLevelLine(double value, QColor color) {
 
 void ChartControl::ShowCross(int s, int i) {
     const auto &v = series_[size_t(s)].values;
-    if (i < 0 || size_t(i) >= v.size() || std::isnan(v[size_t(i)])) return;
+    if (i < 0 || size_t(i) >= v.size() || std::isnan(v[size_t(i)])) {
+        HideCross();  // no point there to mark
+        return;
+    }
     crossV_->point1->setCoords(i, 0);
     crossV_->point2->setCoords(i, 1);
     crossH_->point1->setCoords(0, v[size_t(i)]);
@@ -290,11 +318,27 @@ void ChartControl::resizeEvent(QResizeEvent *e) {
     QWidget::resizeEvent(e);
 }
 
+// The cross marks a place for the person at the screen; an image shows the chart alone.
+template <class Draw>
+bool ChartControl::WithoutCross(Draw draw) {
+    const bool shown = crossV_->visible();
+    crossV_->setVisible(false);
+    crossH_->setVisible(false);
+    const bool ok = draw();
+    crossV_->setVisible(shown);
+    crossH_->setVisible(shown);
+    return ok;
+}
+
 bool ChartControl::ExportJpeg(const QString &file, int width, int height, int quality) {
-    return plot_->saveJpg(file, width, height, 1.0, quality);
+    return WithoutCross([&] { return plot_->saveJpg(file, width, height, 1.0, quality); });
 }
 
 bool ChartControl::Export(const QString &file, int width, int height) {
+    return WithoutCross([&] { return ExportAs(file, width, height); });
+}
+
+bool ChartControl::ExportAs(const QString &file, int width, int height) {
     const QString lower = file.toLower();
     if (lower.endsWith(QLatin1String(".png"))) return plot_->savePng(file, width, height);
     if (lower.endsWith(QLatin1String(".pdf"))) return plot_->savePdf(file, width, height);
@@ -316,7 +360,7 @@ bool ChartControl::Export(const QString &file, int width, int height) {
         plot_->toPainter(&painter, width, height);
         return painter.end();
     }
-    return ExportJpeg(file, width, height, 100);
+    return plot_->saveJpg(file, width, height, 1.0, 100);
 }
 
 }  // namespace fm

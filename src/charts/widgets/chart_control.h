@@ -83,6 +83,12 @@ protected:
     void resizeEvent(QResizeEvent *e) override;
 
 private:
+    // The trace under a pixel and its point there, or -1.
+    int SeriesAt(QPointF pos, int *point) const;
+    template <class Draw>
+    bool WithoutCross(Draw draw);
+    bool ExportAs(const QString &file, int width, int height);
+
     struct Series {
         Kind kind;
         QCPAbstractPlottable *plottable;
@@ -95,6 +101,7 @@ private:
     QCPTextElement *title_ = nullptr;
     QCPItemStraightLine *level_ = nullptr, *crossV_ = nullptr, *crossH_ = nullptr;
     bool log_ = false;
+    QPoint pressPos_;
     double fullMin_ = 0, fullMax_ = 1;
 };
 

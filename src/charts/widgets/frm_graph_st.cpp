@@ -34,6 +34,7 @@
 namespace fm {
 namespace {
 constexpr double kLimitMin = 0, kLimitMax = 50;
+frmGraphSt *g_open = nullptr;
 
 // The number at the start of a box, with a decimal point only: an empty box is 0.
 double BoxValue(const QLineEdit *box) {
@@ -108,11 +109,24 @@ frmGraphSt::frmGraphSt(QWidget *parent) : QWidget(parent) {
     GraphSetup();
     DoStatistics(float(BoxValue(txtMinValue)), float(BoxValue(txtMaxValue)), 11);
     DrawGraph();
+    g_open = this;
     Shared().GraphStOpen = true;
 }
 
 frmGraphSt::~frmGraphSt() {
+    Unload();
+}
+
+// The window is deleted later than it closes; by then a new chart may stand open.
+void frmGraphSt::Unload() {
+    if (g_open != this) return;
+    g_open = nullptr;
     Shared().GraphStOpen = false;
+}
+
+void frmGraphSt::closeEvent(QCloseEvent *e) {
+    Unload();
+    QWidget::closeEvent(e);
 }
 
 bool frmGraphSt::eventFilter(QObject *watched, QEvent *event) {

@@ -35,6 +35,10 @@ public:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void showEvent(QShowEvent *e) override;
+    void closeEvent(QCloseEvent *e) override;
+
+private:
+    void Unload();
 };
 
 QMdiSubWindow *ShowGraphSt();

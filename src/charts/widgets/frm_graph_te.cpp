@@ -33,11 +33,12 @@ uint32_t TraceColor(int k) {
     const uint32_t c[] = {o.ColorTrace1, o.ColorTrace2, o.ColorTrace3, o.ColorTrace4};
     return c[k];
 }
-frmSource *Source() {
-    frmMain *m = MainForm();
-    return m ? m->findChild<frmSource *>() : nullptr;
-}
+frmGraphTe *g_open = nullptr;
 }  // namespace
+
+frmGraphTe *frmGraphTe::Current() {
+    return g_open;
+}
 
 frmGraphTe::frmGraphTe(QWidget *parent) : QWidget(parent) {
     setObjectName(QStringLiteral("frmGraphTe"));
@@ -74,18 +75,29 @@ frmGraphTe::frmGraphTe(QWidget *parent) : QWidget(parent) {
         DrawGraph();
     });
     connect(btnFullScale, &QPushButton::clicked, teeEvolution, &ChartControl::UndoZoom);
-    connect(teeEvolution, &ChartControl::pointClicked, this, [this](int, int point) {
-        emit pointClicked(point);
-        if (frmSource *s = Source()) s->GetSourceRow(point);
-        if (Source() == nullptr || Source()->IsChronological()) teeEvolution->ShowCross(3, point);
-    });
+    // A point of any trace stands for its sample; the cross goes on the resultant.
+    connect(teeEvolution, &ChartControl::pointClicked, this,
+            [](int, int point) { frmSource::GetSourceRow(point); });
     GraphSetup();
     DrawGraph();
+    g_open = this;
     Shared().GraphTeOpen = true;
 }
 
 frmGraphTe::~frmGraphTe() {
+    Unload();
+}
+
+// The window is deleted later than it closes; by then a new chart may stand open.
+void frmGraphTe::Unload() {
+    if (g_open != this) return;
+    g_open = nullptr;
     Shared().GraphTeOpen = false;
+}
+
+void frmGraphTe::closeEvent(QCloseEvent *e) {
+    Unload();
+    QWidget::closeEvent(e);
 }
 
 void frmGraphTe::GraphSetup() {
@@ -124,9 +136,10 @@ void frmGraphTe::DrawGraph() {
                 c->Add(3, d.DataValue[k]);
             }
         }
-        c->SetLabelFunction([](int point) {
+        // The labels keep the dates of this drawing: a failed load later must not change them.
+        c->SetLabelFunction([start = d.DataStart, step = d.DataStep, unit = d.DataStepUnit](int point) {
             // The date above the time (a short date may hold blanks of its own).
-            const double date = Data().SampleDate(point + 1);
+            const double date = DateAdd(unit, double(point) * step, start);
             const QString time = LongTime(date);
             return date == std::floor(date) ? ShortDate(date) : ShortDate(date) + QLatin1Char('\n') + time;
         });
@@ -142,7 +155,19 @@ void frmGraphTe::DrawGraph() {
 }
 
 void frmGraphTe::GetChartPoint(int32_t sample) {
-    if (sample >= 1 && !chkHidePlot[3]->isChecked()) teeEvolution->ShowCross(3, sample - 1);
+    TrapVoid("GetChartPoint", [&] {
+        if (sample < 1 || sample > teeEvolution->Count(3)) {
+            teeEvolution->HideCross();
+            return;
+        }
+        CrossOnPoint(sample - 1);
+    });
+}
+
+bool frmGraphTe::CrossOnPoint(int32_t point) {
+    if (!teeEvolution->Active(3)) return false;
+    teeEvolution->ShowCross(3, point);
+    return true;
 }
 
 void frmGraphTe::SaveImage() {
@@ -161,8 +186,6 @@ QMdiSubWindow *ShowGraphTe() {
     if (!m || !Data().DataPresent) return nullptr;
     auto *form = new frmGraphTe;
     QMdiSubWindow *w = AddView(form, 9, QSize(760, 460));
-    if (frmSource *s = Source())
-        QObject::connect(s, &frmSource::sampleSelected, form, &frmGraphTe::GetChartPoint);
     return w;
 }
 }  // namespace fm

@@ -17,6 +17,8 @@ class frmGraphTe : public QWidget {
 public:
     explicit frmGraphTe(QWidget *parent = nullptr);
     ~frmGraphTe() override;
+    // The chart that stands open, or nullptr; one closed a moment ago is not it.
+    static frmGraphTe *Current();
     ChartControl *teeEvolution;
     std::array<QLabel *, 4> lblDescrizione{}, Linea{};
     std::array<QCheckBox *, 4> chkHidePlot{};
@@ -25,15 +27,20 @@ public:
     QToolBar *tbrGraphTe;
     void GraphSetup();
     void DrawGraph();
-    // The red cross on the point of a sample (from the data list).
+    // The red cross on the point of a sample (from the data list): sample 0 (a heading
+    // line), one past the end or one without data hides it; a hidden resultant keeps it.
     void GetChartPoint(int32_t sample);
+    // The cross on point p of the resultant; false, and nothing changes, while that
+    // trace is hidden.
+    bool CrossOnPoint(int32_t point);
     void SaveImage();
-
-signals:
-    void pointClicked(int32_t point);
 
 protected:
     void showEvent(QShowEvent *e) override;
+    void closeEvent(QCloseEvent *e) override;
+
+private:
+    void Unload();
 };
 
 QMdiSubWindow *ShowGraphTe();

@@ -561,6 +561,8 @@ void frmMain::OpenRequestedForms() {
             QRect geometry;
         };
         std::map<int, Placement> placed;
+        const QMdiSubWindow *active = mdiArea->activeSubWindow();
+        const int activeView = active ? active->property("viewButton").toInt() : 0;
         for (int b : {13, 14, 15}) {
             const auto it = Views.find(b);
             if (it == Views.end() || !it->second.isOpen || !it->second.isOpen()) continue;
@@ -568,23 +570,30 @@ void frmMain::OpenRequestedForms() {
                 if (w->property("viewButton").toInt() != b) continue;
                 placed[b] = {true, w->geometry()};
                 w->close();
+                w->setProperty("viewButton", QVariant());
             }
         }
         // The RF chart is closed in any case; a failure there is of no account.
         for (QMdiSubWindow *w : mdiArea->subWindowList())
             if (w->property("viewButton").toInt() == -13) w->close();
+        // A closed view clears its open flag at once, so the buttons open new ones here.
         for (int b : {13, 14, 15}) {
             const auto it = Views.find(b);
             if (it == Views.end()) continue;
-            const bool wasOpen = placed[b].wasOpen;
-            if (!wasOpen && !(it->second.wanted && it->second.wanted())) continue;
-            tbrToolbar_ButtonClick(b);
-            if (!wasOpen) continue;
-            for (QMdiSubWindow *w : mdiArea->subWindowList())
-                if (w->property("viewButton").toInt() == b && w->windowState() == Qt::WindowNoState)
-                    w->setGeometry(placed[b].geometry);
+            if (placed[b].wasOpen || (it->second.wanted && it->second.wanted())) tbrToolbar_ButtonClick(b);
         }
         tbrToolbar_ButtonClick(21);
+        // The tiling places the views that are new; those that were open go back where
+        // the user had them.
+        for (QMdiSubWindow *w : mdiArea->subWindowList()) {
+            const auto p = placed.find(w->property("viewButton").toInt());
+            if (p != placed.end() && p->second.wasOpen && !w->isMinimized() && !w->isMaximized())
+                w->setGeometry(p->second.geometry);
+        }
+        // The view the person was working in stays in front.
+        for (QMdiSubWindow *w : mdiArea->subWindowList())
+            if (activeView > 0 && w->property("viewButton").toInt() == activeView)
+                mdiArea->setActiveSubWindow(w);
     });
 }
 

@@ -10,6 +10,7 @@
 #include "shell/data_list.h"
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/source_view.h"
+#include "shell/widgets/view_window.h"
 #include "charts/widgets/frm_graph_te.h"
 
 #include <QLabel>
@@ -22,7 +23,12 @@ namespace fm {
 namespace {
 const char kByTime[] = "Lista dei dati ordinati cronologicamente";
 const char kByValue[] = "Lista dei dati ordinati per valore di risultante magnetica";
+frmSource *g_open = nullptr;
 } // namespace
+
+frmSource *frmSource::Current() {
+    return g_open;
+}
 
 frmSource::frmSource(QWidget *parent) : QWidget(parent) {
     setObjectName(QStringLiteral("frmSource"));
@@ -48,13 +54,26 @@ frmSource::frmSource(QWidget *parent) : QWidget(parent) {
     lay->addLayout(top);
     lay->addWidget(txtSource, 1);
     SetUpForm(this);
-    connect(txtSource, &SourceView::currentLineChanged, this, [this](int64_t line) {
-        if (const int32_t s = txtSource->List() ? txtSource->List()->SampleOfLine(line) : 0) emit sampleSelected(s);
-    });
+    connect(txtSource, &SourceView::currentLineChanged, this, &frmSource::GetChartPoint);
+    g_open = this;
     Shared().SourceOpen = true;
 }
 
-frmSource::~frmSource() { Shared().SourceOpen = false; }
+frmSource::~frmSource() {
+    Unload();
+}
+
+// The window is deleted later than it closes; by then a new list may stand open.
+void frmSource::Unload() {
+    if (g_open != this) return;
+    g_open = nullptr;
+    Shared().SourceOpen = false;
+}
+
+void frmSource::closeEvent(QCloseEvent *e) {
+    Unload();
+    QWidget::closeEvent(e);
+}
 
 void frmSource::ViewDataSource(bool chronological) {
     TrapVoid("ViewDataSource", [&] {
@@ -89,8 +108,22 @@ void frmSource::SaveList() {
 
 void frmSource::GetSourceRow(int32_t point) {
     TrapVoid("GetSourceRow", [&] {
-        if (!IsChronological() || !txtSource->List()) return;
-        txtSource->SelectLine(txtSource->List()->LineOfSample(point + 1));
+        frmSource *list = Current();
+        if (list && !list->IsChronological()) return;
+        if (frmGraphTe *chart = frmGraphTe::Current()) {
+            if (!chart->CrossOnPoint(point)) return;
+        }
+        if (list && list->txtSource->List())
+            list->txtSource->SelectLine(list->txtSource->List()->LineOfSample(point + 1));
+    });
+}
+
+void frmSource::GetChartPoint(int64_t line) {
+    TrapVoid("GetChartPoint", [&] {
+        frmGraphTe *chart = frmGraphTe::Current();
+        if (!chart || !IsChronological() || !txtSource->List()) return;
+        // A heading line or the blank line gives sample 0, which hides the cross.
+        chart->GetChartPoint(txtSource->List()->SampleOfLine(line));
     });
 }
 
@@ -106,14 +139,6 @@ QMdiSubWindow *ViewDataSource(bool chronological) {
     if (!m || !Data().DataPresent) return nullptr;
     auto *form = new frmSource;
     form->ViewDataSource(chronological);
-    QMdiSubWindow *w = m->mdiArea->addSubWindow(form);
-    w->setAttribute(Qt::WA_DeleteOnClose);
-    w->setWindowIcon(ToolbarImage(13));
-    w->resize(640, 420);
-    w->show();
-    // The selected row puts the chart's cross on its sample.
-    if (auto *chart = m->findChild<frmGraphTe *>())
-        QObject::connect(form, &frmSource::sampleSelected, chart, &frmGraphTe::GetChartPoint);
-    return w;
+    return AddView(form, 13, QSize(640, 420));
 }
 } // namespace fm

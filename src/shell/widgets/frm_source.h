@@ -15,6 +15,9 @@ class frmSource : public QWidget {
 public:
     explicit frmSource(QWidget *parent = nullptr);
     ~frmSource() override;
+    // The list that stands open, or nullptr. One closed a moment ago is not it, even
+    // while its window still waits to be deleted.
+    static frmSource *Current();
     SourceView *txtSource;
     QToolBar *tbrGraphSrc;
     QLabel *lblOrder;
@@ -25,15 +28,18 @@ public:
     void ViewDataSource(bool chronological);
     void SwitchOrder();
     void SaveList();
-    // Selects the row of chart point p (sample p + 1) while the list is by time.
-    void GetSourceRow(int32_t point);
-
-signals:
-    // The sample of the selected row, for the chart's cross lines.
-    void sampleSelected(int32_t sample);
+    // From chart point p (sample p + 1): the cross on the point and its row selected,
+    // whichever of the two windows stands open. In value order nothing moves.
+    static void GetSourceRow(int32_t point);
 
 protected:
     void showEvent(QShowEvent *e) override;
+    void closeEvent(QCloseEvent *e) override;
+
+private:
+    // The selected line's sample to the chart's cross (the list in time order only).
+    void GetChartPoint(int64_t line);
+    void Unload();
 };
 
 // Builds and shows the data list in the main window; nullptr without data.
