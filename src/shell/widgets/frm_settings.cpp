@@ -141,7 +141,7 @@ frmSettings::frmSettings(QWidget *parent) : QDialog(parent) {
         if (o.Soglia == presets[i]) option = i;
     optSoglia[size_t(option)]->setChecked(true);
     txtSoglia->setEnabled(option == 3);
-    if (option == 3) txtSoglia->setText(Str(double(o.Soglia)));
+    if (option == 3) txtSoglia->setText(Str(o.Soglia));
     cboMemorySize->setCurrentIndex(cboMemorySize->findData(o.MemorySize));
 }
 

@@ -190,6 +190,23 @@ private slots:
         QTRY_VERIFY(!Shared().GraphStOpen);
     }
 
+    // The first limits are the float extremes as their own digits: 0.165 rounds to
+    // 0.16 as the data list rounds it, 3.46 shows no digits of its widening.
+    void limitsReadAsTheExtremes() {
+        const float min = Data().DataMin, max = Data().DataMax;
+        Data().DataMin = 0.165f;
+        Data().DataMax = 3.46f;
+        main_->tbrToolbar_ButtonClick(14);
+        frmGraphSt *st = main_->findChild<frmGraphSt *>();
+        QVERIFY(st);
+        QCOMPARE(st->txtMinValue->text(), QStringLiteral("0.16"));
+        QCOMPARE(st->txtMaxValue->text(), QStringLiteral("3.46"));
+        main_->mdiArea->closeAllSubWindows();
+        QTRY_VERIFY(!Shared().GraphStOpen);
+        Data().DataMin = min;
+        Data().DataMax = max;
+    }
+
     void timeChartImages() {
         main_->tbrToolbar_ButtonClick(13);
         frmGraphTe *te = main_->findChild<frmGraphTe *>();
