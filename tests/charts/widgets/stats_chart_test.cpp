@@ -14,6 +14,7 @@
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/frm_message_box.h"
 #include "shell/widgets/main_entry.h"
+#include "support/keys.h"
 #include "support/modal.h"
 #include "support/test_env.h"
 
@@ -146,6 +147,20 @@ private slots:
         st->txtMinValue->clear();
         QTest::keyClicks(st->txtMinValue, QStringLiteral("1,5x"));
         QCOMPARE(st->txtMinValue->text(), QStringLiteral("1.5"));
+        // Editing keys pass the filter: Delete, Backspace, Home and End, a selection.
+        QTest::keyClicks(st->txtMinValue, QStringLiteral("25"));
+        QTest::keyClick(st->txtMinValue, Qt::Key_Home);
+        test::PressDelete(st->txtMinValue);
+        QCOMPARE(st->txtMinValue->text(), QStringLiteral(".525"));
+        QTest::keyClick(st->txtMinValue, Qt::Key_End);
+        QTest::keyClick(st->txtMinValue, Qt::Key_Backspace);
+        QTest::keyClick(st->txtMinValue, Qt::Key_Left, Qt::ShiftModifier);
+        test::PressDelete(st->txtMinValue);
+        QCOMPARE(st->txtMinValue->text(), QStringLiteral(".5"));
+        QTest::keyClick(st->txtMinValue, Qt::Key_A, Qt::ControlModifier);
+        test::PressDelete(st->txtMinValue);
+        QCOMPARE(st->txtMinValue->text(), QString());
+        QTest::keyClicks(st->txtMinValue, QStringLiteral("1.5"));
         st->txtMaxValue->setFocus();
         st->txtMaxValue->clear();
         QTest::keyClicks(st->txtMaxValue, QStringLiteral("60"));
