@@ -109,6 +109,7 @@ private slots:
         QCOMPARE(view->VMStop[1]->text(), QStringLiteral("2 µT"));
         QCOMPARE(view->VMStop[3]->text(), QStringLiteral("3.46 µT"));
         QCOMPARE(view->Pval[3]->text(), QStringLiteral("RSS  = 0.17 µT"));
+        test::Snapshot(view, QStringLiteral("live_view_ranges"));
 
         m->mdiArea->closeAllSubWindows();
         Data().DataSaved = true;
