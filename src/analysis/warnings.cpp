@@ -21,7 +21,7 @@ namespace {
 void AddString(const QString &text, int level) { Warnings().push_back({text, level}); }
 
 // Plain number text of a value rounded to one decimal, with the regional decimal mark.
-QString OneDecimal(float v) { return FormatNumber(RoundHalfEven(double(v), 1), u"0.#"); }
+QString OneDecimal(float v) { return FormatNumber(v, u"0.#"); }
 
 void StopLines(const MeasurementData &d) {
     switch (d.DataStopCode) {

@@ -444,7 +444,9 @@ QChar DecimalMark() {
 QString FormatNumber(double value, QStringView pattern) { return FormatImpl(value, pattern); }
 QString FormatNumber(float value, QStringView pattern) { return FormatImpl(value, pattern); }
 
-QString Str(double value) {
+namespace {
+template <class T>
+QString StrImpl(T value) {
     char buf[64];
     auto res = std::to_chars(buf, buf + sizeof buf, value);
     std::string s(buf, res.ptr);
@@ -453,6 +455,12 @@ QString Str(double value) {
     if (s.size() > 1 && s[0] == '0' && s[1] == '.') s.erase(0, 1);
     return QString::fromLatin1((negative ? "-" : " ") + s);
 }
+} // namespace
+
+QString Str(double value) { return StrImpl(value); }
+QString Str(float value) { return StrImpl(value); }
+QString Str(int32_t value) { return StrImpl(value); }
+QString Str(int64_t value) { return StrImpl(value); }
 
 double RoundHalfEven(double value, int decimals) {
     if (!std::isfinite(value)) return value;

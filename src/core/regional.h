@@ -47,16 +47,31 @@ inline bool IsDate(QStringView text) { return ParseDate(text, nullptr); }
 
 // ---- Numbers ---------------------------------------------------------------
 QChar DecimalMark();
+// Each number is formatted as the type it is: a 32-bit float from its own shortest
+// text (3.46f is "3.46", never "3.4600000381469727"), a double from its own. Any other
+// type, and a float on its way through a double, has to say which it is: the deleted
+// templates turn every such call into a compile error.
+//
 // Number patterns: 0 a required digit, # an optional one, . the decimal mark, a
 // backslash makes the next character literal, text in double quotes is literal,
 // anything else stands as it is. Rounds half to even on the shortest decimal text
 // of the value. A minus sign goes right before the first digit.
 QString FormatNumber(double value, QStringView pattern);
 QString FormatNumber(float value, QStringView pattern);
+template <class T>
+QString FormatNumber(T value, QStringView pattern) = delete;
 // Str: a leading blank for a non-negative number, a point as decimal mark.
 QString Str(double value);
+QString Str(float value);
+QString Str(int32_t value);
+QString Str(int64_t value);
+template <class T>
+QString Str(T value) = delete;
 // Rounds to `decimals` places, half to even, on the value's shortest decimal text.
+// A float is not taken: the double it widens to has other digits (0.35f is 0.3499...).
 double RoundHalfEven(double value, int decimals);
+template <class T>
+T RoundHalfEven(T value, int decimals) = delete;
 // The leading-number reader: blanks, tabs and line feeds are skipped wherever they
 // stand; a sign, digits, a point and an exponent are taken; reading stops at the
 // first other character; no digits give 0.

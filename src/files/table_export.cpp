@@ -46,7 +46,8 @@ bool SaveCsvFile(const QString &fileName) {
     for (int n : {4050, 4015, 4016, 4017, 4018}) heading += ResString(n) + QStringLiteral(";");
     heading += crlf;
     return Write("SaveCsvFile", fileName, heading, [](const MeasurementData &m, int32_t i) {
-        const auto f = [](double v) { return FormatNumber(v, u"#.0000") + QLatin1Char(';'); };
+        // Each field as the type it is held in: the axes are floats, the resultant a double.
+        const auto f = [](auto v) { return FormatNumber(v, u"#.0000") + QLatin1Char(';'); };
         return When(m, i) + QLatin1Char(';') + f(m.DataX[size_t(i)]) + f(m.DataY[size_t(i)]) + f(m.DataZ[size_t(i)]) +
                f(m.DataValue[size_t(i)]) + QStringLiteral("\r\n");
     });
@@ -55,8 +56,8 @@ bool SaveCsvFile(const QString &fileName) {
 bool SaveFileTxt(const QString &fileName) {
     return Write("SaveFileTxt", fileName, QString(), [](const MeasurementData &m, int32_t i) {
         const QChar tab = QLatin1Char('\t');
-        const auto f = [](double v) { return Formatta(FormatNumber(v, u"  #0.00"), 8); };
-        return When(m, i) + tab + Formatta(FormatNumber(double(m.DataX[size_t(i)]), u"#0.00"), 8) + tab +
+        const auto f = [](auto v) { return Formatta(FormatNumber(v, u"  #0.00"), 8); };
+        return When(m, i) + tab + Formatta(FormatNumber(m.DataX[size_t(i)], u"#0.00"), 8) + tab +
                f(m.DataY[size_t(i)]) + tab + f(m.DataZ[size_t(i)]) + tab + f(m.DataValue[size_t(i)]) +
                QStringLiteral("\r\n");
     });

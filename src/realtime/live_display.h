@@ -14,7 +14,8 @@ public:
     // The start and stop buttons: live true enables stop and disables start.
     virtual void SetButtons(bool live) = 0;
     virtual void SetStatePicture(bool running) = 0;
-    virtual void AggiornaDisegno(double x, double y, double z, bool addToChart) = 0;
+    // The sample's axes as they are stored, so that its figures read as its own digits.
+    virtual void AggiornaDisegno(float x, float y, float z, bool addToChart) = 0;
 };
 
 // The viewer in place, or none (samples are then only counted and logged).

@@ -81,7 +81,7 @@ void CloseLastLog() {
             QFile f(RealTimeLogPath());
             if (!f.open(QIODevice::ReadWrite) || !f.seek(rt.RealTimeCountPos - 1))
                 Raise(err::PathAccess, f.errorString());
-            const QByteArray count = Str(double(rt.RealTimeLines)).toLatin1();
+            const QByteArray count = Str(rt.RealTimeLines).toLatin1();
             if (f.write(count) != count.size()) Raise(err::DeviceIO, f.errorString());
         }
         Shared().RealTimeLogFile = 0;

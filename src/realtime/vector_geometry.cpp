@@ -68,7 +68,7 @@ VectorPlacement PlaceVector(const DrawArea &a, double x, double y, double z, int
     return p;
 }
 
-MeterReading AxisMeter(int axis, double v, double lowRange, double highRange) {
+MeterReading AxisMeter(int axis, float v, double lowRange, double highRange) {
     static const char16_t *low[] = {u"\\B\\x \\= #0.00 µT", u"\\B\\y \\= #0.00 µT", u"\\B\\z \\= #0.00 µT"};
     static const char16_t *high[] = {u"\\B\\x \\= #0.0 µT", u"\\B\\y \\= #0.0 µT", u"\\B\\z \\= #0.0 µT"};
     MeterReading m;
@@ -90,7 +90,7 @@ MeterReading ResultantMeter(double r, double lowRange, double highRange) {
     return m;
 }
 
-QString TipCaption(double x, double y, double z, const std::array<QString, 3> &f) {
+QString TipCaption(float x, float y, float z, const std::array<QString, 3> &f) {
     return QStringLiteral("B (") + FormatNumber(x, f[0]) + QStringLiteral(" : ") + FormatNumber(y, f[1]) +
            QStringLiteral(" : ") + FormatNumber(z, f[2]) + QLatin1Char(')');
 }

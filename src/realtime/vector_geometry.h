@@ -43,11 +43,14 @@ struct MeterReading {
     QString text;
     QString format;  // of the tip's caption
 };
-// Axis meters: index 0 to 2 (X, Y, Z).
-MeterReading AxisMeter(int axis, double v, double lowRange, double highRange);
+// Axis meters: index 0 to 2 (X, Y, Z). A sample's axis is the float it is stored as.
+MeterReading AxisMeter(int axis, float v, double lowRange, double highRange);
+// The resultant worked out in doubles from the axes; a stored float one would show
+// the digits of its widening.
 MeterReading ResultantMeter(double r, double lowRange, double highRange);
+MeterReading ResultantMeter(float r, double lowRange, double highRange) = delete;
 // "B (x : y : z)" with each axis in the format of its meter.
-QString TipCaption(double x, double y, double z, const std::array<QString, 3> &formats);
+QString TipCaption(float x, float y, float z, const std::array<QString, 3> &formats);
 
 // The strip chart's left axis after a sample: minimum, maximum, increment.
 struct AxisLimits {

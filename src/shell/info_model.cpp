@@ -14,6 +14,10 @@ QString StepUnitWord(const QString &letter) {
     return letter;
 }
 
+QString Microtesla(float v) {
+    return FormatNumber(v, u"#0.00") + QStringLiteral(" µT");
+}
+
 QString Microtesla(double v) {
     return FormatNumber(v, u"#0.00") + QStringLiteral(" µT");
 }

@@ -26,6 +26,7 @@ InfoTexts BuildInfo();
 // The word of a step unit letter ("s", "n", "h", "d").
 QString StepUnitWord(const QString &letter);
 // "#0.00 µT".
+QString Microtesla(float value);
 QString Microtesla(double value);
 
 // Blanks in front of text up to width; a longer text stays whole.

@@ -96,12 +96,16 @@ TEST(Warnings, ImportedDataListsItsChannels) {
     Set({1, 2, 3}, 4);
     Data().DataIsCsv = true;
     Data().AuxMin = 1.25f;
+    Data().AuxMax = 0.35f;  // 0.3499... as a double: its own digits round it up
+    Data().AuxMean = 0.1f + 0.2f;
     Data().RfMax = 3.0f;
     GenerateWarnings();
     const QStringList t = Texts();
     ASSERT_EQ(t.size(), 11);
     EXPECT_EQ(t[0], ResString(44));
     EXPECT_EQ(t[1], ResString(45) + QStringLiteral("1,2"));
+    EXPECT_EQ(t[2], ResString(46) + QStringLiteral("0,4"));
+    EXPECT_EQ(t[3], ResString(47) + QStringLiteral("0,3"));
     EXPECT_EQ(t[5], ResString(49) + QStringLiteral("3"));
     EXPECT_FALSE(t.contains(ResString(43)));  // no stop reason in this mode
 }

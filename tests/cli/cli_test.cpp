@@ -70,6 +70,21 @@ TEST_F(CliTest, JsonCarriesTheFieldsByName) {
     EXPECT_EQ(w[1].toObject()[QStringLiteral("level")].toInt(), 3);
 }
 
+// The mean is a float of 0.165: the panel rounds it as the median (a double) is
+// rounded, and the JSON carries its own digits.
+TEST_F(CliTest, FloatFieldsShowTheirOwnDigits) {
+    const QString tie = dir.filePath(QStringLiteral("tie.log"));
+    fm::test::WriteBytes(
+        tie, fm::test::LogText({"Field Activity Log", "14/10/2026 08:00:00@14/10/2026 08:02:00@3", "1n", "2",
+                                "ID", "Cabina", "0.16 0.00 0.00  0", "0.17 0.00 0.00  0"}));
+    const Result r = Run({"--lang", "en", "info", tie});
+    ASSERT_EQ(r.code, 0) << r.err.toStdString();
+    EXPECT_EQ(r.out.count(QStringLiteral(": 0,16 µT\n")), 3) << r.out.toStdString();  // min, mean, median
+    EXPECT_EQ(r.out.count(QStringLiteral(": 0,17 µT\n")), 1);                         // max
+    const Result json = Run({"info", "--json", tie});
+    EXPECT_TRUE(json.out.contains(QStringLiteral("\"DataMean\": 0.165,"))) << json.out.toStdString();
+}
+
 TEST_F(CliTest, ConvertAndFailures) {
     const QString out = dir.filePath(QStringLiteral("out.log"));
     ASSERT_EQ(Run({"convert", log, out}).code, 0);

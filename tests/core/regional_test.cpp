@@ -108,6 +108,41 @@ TEST(Regional, NumberPatternsRoundHalfToEven) {
     EXPECT_DOUBLE_EQ(RoundHalfEven(6399.8046875, 2), 6399.8);
 }
 
+namespace {
+template <class T>
+concept Formats = requires(T v) { FormatNumber(v, u"0.00"); };
+template <class T>
+concept HasStr = requires(T v) { Str(v); };
+template <class T>
+concept Rounds = requires(T v) { RoundHalfEven(v, 2); };
+}  // namespace
+
+// A float is written from its own shortest text, never from the double it widens to;
+// any other type has to say which it is, or the call does not compile.
+TEST(Regional, FloatsReadAsTheirOwnDigits) {
+    static_assert(Formats<float> && Formats<double> && HasStr<float> && HasStr<double> && HasStr<int32_t>);
+    static_assert(!Formats<int> && !Formats<long double> && !Formats<int16_t> && !HasStr<int16_t>);
+    static_assert(Rounds<double> && !Rounds<float>);
+
+    ScopedLocale it(QStringLiteral("it_IT"));
+    EXPECT_EQ(Str(3.46f), QStringLiteral(" 3.46"));
+    EXPECT_EQ(Str(1.1f), QStringLiteral(" 1.1"));
+    EXPECT_EQ(Str(0.1f + 0.2f), QStringLiteral(" .3"));
+    EXPECT_EQ(Str(0.1 + 0.2), QStringLiteral(" .30000000000000004"));  // a double keeps its own digits
+    EXPECT_EQ(Str(-0.165f), QStringLiteral("-.165"));
+    EXPECT_EQ(Str(3), QStringLiteral(" 3"));
+    EXPECT_EQ(Str(int64_t(-40000)), QStringLiteral("-40000"));
+    // At a tie the float's digits decide: 0.165f is just above 0.165 as a double.
+    EXPECT_EQ(FormatNumber(0.165f, u"#0.00"), QStringLiteral("0,16"));
+    EXPECT_EQ(FormatNumber(double(0.165f), u"#0.00"), QStringLiteral("0,17"));
+    EXPECT_EQ(FormatNumber(0.175f, u"#0.00"), QStringLiteral("0,18"));  // just below, half to even
+    EXPECT_EQ(FormatNumber(0.00025f, u"#.0000"), QStringLiteral(",0002"));
+    EXPECT_EQ(FormatNumber(2.45f, u"#0.0"), QStringLiteral("2,4"));
+    EXPECT_EQ(FormatNumber(3.46f, u"0.##########"), QStringLiteral("3,46"));
+    EXPECT_EQ(FormatNumber(1.1f, u"0.##########"), QStringLiteral("1,1"));
+    EXPECT_EQ(FormatNumber(0.1f + 0.2f, u"0.##########"), QStringLiteral("0,3"));
+}
+
 TEST(Regional, LeadingNumberReaderAndConversions) {
     EXPECT_EQ(Val(u"1h"), 1);
     EXPECT_EQ(Val(u" 1 2"), 12);

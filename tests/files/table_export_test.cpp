@@ -2,6 +2,7 @@
 #include "core/cp1252.h"
 #include "core/data_set.h"
 #include "core/language.h"
+#include "core/regional.h"
 #include "files/log_file.h"
 #include "files/table_export.h"
 #include "support/recorder_host.h"
@@ -61,4 +62,29 @@ TEST(TableExport, BothTablesInBothRegionalSettings) {
     }
     EXPECT_EQ(test::ReadBytes(old), QByteArray("previous"));
     EXPECT_TRUE(host.LastBox().contains(QStringLiteral("SaveCsvFile")));
+}
+
+// The axes are floats of any precision after a CSV import: each is written from its own
+// digits, so 0.165 is 0.16 in the tab table as in the data list, and nothing shows noise.
+TEST(TableExport, FloatsAsTheirOwnDigits) {
+    test::Fresh fresh(1);
+    test::ScopedLocale us(QStringLiteral("en_US"));
+    MeasurementData &d = Data();
+    d.DataPresent = true;
+    d.DataStart = DateFromParts(2026, 3, 1, 10, 0, 0);
+    d.DataStep = 5;
+    d.DataStepUnit = QStringLiteral("s");
+    d.SizeArrays(1);
+    d.DataCount = 1;
+    d.DataX[1] = 0.165f;
+    d.DataY[1] = 0.00025f;
+    d.DataZ[1] = 3.46f;
+    d.DataValue[1] = 0.165;
+    const QString tab = fresh.Path(QStringLiteral("out.tab"));
+    ASSERT_TRUE(SaveTable(tab, 2));
+    EXPECT_EQ(Lines(tab).value(0),
+              QStringLiteral("3/1/2026 10:00:00 AM\t    0.16\t    0.00\t    3.46\t    0.16"));
+    const QString csv = fresh.Path(QStringLiteral("out.csv"));
+    ASSERT_TRUE(SaveTable(csv, 1));
+    EXPECT_EQ(Lines(csv).value(5), QStringLiteral("3/1/2026 10:00:00 AM;.1650;.0002;3.4600;.1650;"));
 }

@@ -26,6 +26,8 @@
 using namespace fm;
 
 namespace {
+template <class T>
+concept TakesResultant = requires(T r) { ResultantMeter(r, 2.0, 200.0); };
 std::array<uint8_t, 13> Reply(int x, int y, int z, uint8_t flags) {
     return {
         0x3C,       0,     9, 2, uint8_t(x >> 8), uint8_t(x), uint8_t(y >> 8), uint8_t(y), uint8_t(z >> 8),
@@ -46,7 +48,7 @@ struct RecordedView : LiveDisplay {
     void ClearChart() override { ++clears; }
     void SetButtons(bool on) override { live = on; }
     void SetStatePicture(bool on) override { running = on; }
-    void AggiornaDisegno(double, double, double, bool) override { ++drawn; }
+    void AggiornaDisegno(float, float, float, bool) override { ++drawn; }
 };
 }  // namespace
 
@@ -105,10 +107,18 @@ TEST(LiveGeometry, TicksOriginScaleAndMeters) {
     const MeterReading r = ResultantMeter(3.4642, 2, 200);
     EXPECT_TRUE(r.high);
     EXPECT_DOUBLE_EQ(r.fullScale, 346.41);
-    EXPECT_DOUBLE_EQ(ResultantMeter(1, 2, 200).fullScale, 3.46);
+    EXPECT_DOUBLE_EQ(ResultantMeter(1.0, 2, 200).fullScale, 3.46);
     EXPECT_EQ(r.text, QStringLiteral("RSS  = 3.46 µT"));
     EXPECT_EQ(TipCaption(0, 0, 0, {below.format, below.format, below.format}),
               QStringLiteral("B (0.00 : 0.00 : 0.00)"));
+    // A sample's axes are floats and read as their own digits: 0.165 rounds to 0.16 and
+    // 2.45 to 2.4, half to even, as the data list rounds them.
+    EXPECT_EQ(AxisMeter(1, 0.165f, 2, 200).text, QStringLiteral("By = 0.16 µT"));
+    EXPECT_EQ(AxisMeter(2, 2.45f, 2, 200).text, QStringLiteral("Bz = 2.4 µT"));
+    EXPECT_EQ(TipCaption(0.165f, 2.45f, 0.1f + 0.2f, {below.format, at.format, below.format}),
+              QStringLiteral("B (0.16 : 2.4 : 0.30)"));
+    // The resultant is worked out in doubles; a stored float one is not taken.
+    static_assert(TakesResultant<double> && !TakesResultant<float>);
 
     // The strip chart's axis: a first zero sample, and logarithmic with a zero maximum.
     EXPECT_DOUBLE_EQ(StripAxis(false, 0, 0).maximum, 0.0001);

@@ -3,6 +3,7 @@
 #include "core/language.h"
 #include "files/log_file.h"
 #include "shell/data_list.h"
+#include "shell/info_model.h"
 #include "support/recorder_host.h"
 #include "support/test_env.h"
 
@@ -82,4 +83,47 @@ TEST(DataList, KeepsItsRowsWhenTheRecordChangesUnderIt) {
         EXPECT_EQ(list.LineCount(), 7 + 3);
         ASSERT_TRUE(LoadFile(log));
     }
+}
+
+// The panel's mean is a float and the list's median a double: the same 0.165 rounds
+// the same way in both, from the digits it reads as.
+TEST(DataList, PanelAndListRoundAlike) {
+    test::Fresh fresh(1);
+    test::RecorderHost host;
+    test::ScopedLocale it(QStringLiteral("it_IT"));
+    const QString log = fresh.Path(QStringLiteral("in.log"));
+    test::WriteBytes(
+        log, test::LogText({"Field Activity Log", "13/10/2026 10:00:00@13/10/2026 10:02:00@3", "1n", "2",
+                            "ID", "Cabina", "0.16 0.00 0.00  0", "0.17 0.00 0.00  0"}));
+    ASSERT_TRUE(LoadFile(log));
+    ASSERT_EQ(Data().DataMean, 0.165f);
+    const InfoTexts t = BuildInfo();
+    EXPECT_EQ(t.values[2], QStringLiteral("0,16 µT"));  // the mean
+    EXPECT_EQ(t.values[3], QStringLiteral("0,16 µT"));  // the median
+    EXPECT_EQ(DataList(true).Line(4), QStringLiteral("         Mediana dei dati :0,16(uT)"));
+}
+
+// A CSV import holds floats of any precision: each column shows the float's own digits.
+TEST(DataList, ImportedFloatsShowTheirOwnDigits) {
+    test::Fresh fresh(1);
+    test::ScopedLocale us(QStringLiteral("en_US"));
+    MeasurementData &d = Data();
+    d.DataPresent = true;
+    d.DataIsCsv = true;
+    d.DataStart = 46000;
+    d.DataStep = 5;
+    d.DataStepUnit = QStringLiteral("s");
+    d.SizeArrays(1);
+    d.DataCount = 1;
+    d.DataX[1] = 0.165f;
+    d.DataY[1] = 3.46f;
+    d.DataZ[1] = 0.1f + 0.2f;
+    d.DataValue[1] = 0.165;
+    d.AuxMin = 0.165f;
+    d.AuxMax = 2.675f;
+    d.AuxMean = 1.1f;
+    const DataList list(true);
+    EXPECT_TRUE(list.Line(5).endsWith(QStringLiteral(" 0.16 ") + ResString(46) + QStringLiteral(" 2.68 ") +
+                                      ResString(47) + QStringLiteral(" 1.10 ")));
+    EXPECT_TRUE(list.Line(8).endsWith(QStringLiteral("    0.16    3.46    0.30    0.16")));
 }

@@ -19,6 +19,7 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QTimer>
+#include <cmath>
 #include <cstdio>
 
 namespace fm::cli {
@@ -31,14 +32,15 @@ public:
     void ClearChart() override {}
     void SetButtons(bool) override {}
     void SetStatePicture(bool) override {}
-    void AggiornaDisegno(double x, double y, double z, bool) override {
+    void AggiornaDisegno(float x, float y, float z, bool) override {
         const SharedState &s = Shared();
         const InfoTexts t = BuildRTInfo();
         QString line = t.count + QStringLiteral("  ") + t.stop;
         int axis = 0;
-        for (double v : {x, y, z})
+        for (float v : {x, y, z})
             line += QStringLiteral("  ") + AxisMeter(axis++, v, s.LowRange, s.HighRange).text;
-        line += QStringLiteral("  ") + ResultantMeter(Live().RTSample[3], s.LowRange, s.HighRange).text;
+        const double r = std::sqrt(double(x) * x + double(y) * y + double(z) * z);  // as the viewer has it
+        line += QStringLiteral("  ") + ResultantMeter(r, s.LowRange, s.HighRange).text;
         line += QStringLiteral("  [") + t.values[0] + QStringLiteral(" / ") + t.values[1] +
                 QStringLiteral(" / ") + t.values[2] + QLatin1Char(']');
         std::fputs(qPrintable(line + QLatin1Char('\n')), stdout);

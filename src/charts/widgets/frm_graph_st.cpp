@@ -12,6 +12,7 @@
 #include "core/regional.h"
 #include "core/widgets/colors.h"
 #include "core/widgets/icons.h"
+#include "core/widgets/number_keys.h"
 #include "core/widgets/set_up_form.h"
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/view_window.h"
@@ -133,15 +134,15 @@ bool frmGraphSt::eventFilter(QObject *watched, QEvent *event) {
     auto *box = qobject_cast<QLineEdit *>(watched);
     if (!box || (box != txtMinValue && box != txtMaxValue)) return QWidget::eventFilter(watched, event);
     if (event->type() == QEvent::KeyPress) {
-        auto *key = static_cast<QKeyEvent *>(event);
-        const QString text = key->text();
-        if (text.isEmpty() || text[0].unicode() < 14) return false;  // control keys, arrows, editing
-        const QChar c = text[0];
-        if (c == QLatin1Char(',') || c == QLatin1Char('.')) {
-            box->insert(QStringLiteral("."));
-            return true;
+        switch (FilterNumberKey(*static_cast<QKeyEvent *>(event))) {
+            case NumberKey::Pass:
+                return false;
+            case NumberKey::Drop:
+                return true;
+            case NumberKey::Point:
+                box->insert(QStringLiteral("."));
+                return true;
         }
-        return !c.isDigit() || c.unicode() > 0x7F;  // everything else is dropped
     }
     if (event->type() == QEvent::FocusOut) {
         const double v = BoxValue(box);

@@ -292,14 +292,14 @@ void frmView::VMeterFill() {
     });
 }
 
-void frmView::AggiornaDisegno(double x, double y, double z, bool addToChart) {
+void frmView::AggiornaDisegno(float x, float y, float z, bool addToChart) {
     TrapVoid("AggiornaDisegno", [&] {
         const SharedState &s = Shared();
         const OptionsRecord &o = Options();
         Disegno->placement = PlaceVector(Disegno->area, x, y, z, ScaleIndex);
         bool repaint = false;
         std::array<QString, 3> formats;
-        const double values[] = {x, y, z};
+        const float values[] = {x, y, z};
         for (int i = 0; i < 3; ++i) {
             const MeterReading m = AxisMeter(i, values[i], s.LowRange, s.HighRange);
             Pval[size_t(i)]->setText(m.text);
@@ -313,7 +313,7 @@ void frmView::AggiornaDisegno(double x, double y, double z, bool addToChart) {
                 repaint = true;
             }
         }
-        const double r = std::sqrt(x * x + y * y + z * z);
+        const double r = std::sqrt(double(x) * x + double(y) * y + double(z) * z);  // in doubles, as drawn
         const MeterReading m = ResultantMeter(r, s.LowRange, s.HighRange);
         Pval[3]->setText(m.text);
         VMeter[3]->reading = m.fraction;

@@ -78,7 +78,7 @@ public:
     void ClearChart() override;
     void SetButtons(bool live) override;
     void SetStatePicture(bool running) override;
-    void AggiornaDisegno(double x, double y, double z, bool addToChart) override;
+    void AggiornaDisegno(float x, float y, float z, bool addToChart) override;
 
 protected:
     void resizeEvent(QResizeEvent *e) override;

@@ -23,6 +23,16 @@ QStringList QtFilters(const QString &filter) {
     }
     return out;
 }
+
+// The extension of filter `index` (1-based) without its dot: "jpg" for "*.jpg;*.jpeg",
+// nothing for "*.*".
+QString FilterSuffix(const QString &filter, int index) {
+    const QString patterns = filter.split(QLatin1Char('|')).value(2 * index - 1);
+    const QString first = patterns.section(QLatin1Char(';'), 0, 0).trimmed();
+    if (!first.startsWith(QLatin1String("*."))) return {};
+    const QString suffix = first.mid(2);
+    return suffix.contains(QLatin1Char('*')) || suffix.contains(QLatin1Char('?')) ? QString() : suffix;
+}
 } // namespace
 
 void CommonDialog::SetResponder(Responder responder) { TheResponder() = std::move(responder); }
@@ -69,6 +79,16 @@ bool CommonDialog::Show(QWidget *parent, bool save) {
     const QStringList filters = QtFilters(Filter);
     dlg.setNameFilters(filters);
     if (!filters.isEmpty()) dlg.selectNameFilter(filters.value(qMax(FilterIndex, 1) - 1));
+    if (save) {
+        // A name typed without an extension takes the chosen filter's before the dialog
+        // looks for an existing file, so "x" with the JPEG filter asks about "x.jpg".
+        const QString filter = Filter;
+        const auto follow = [&dlg, filters, filter](const QString &chosen) {
+            dlg.setDefaultSuffix(FilterSuffix(filter, int(filters.indexOf(chosen)) + 1));
+        };
+        follow(dlg.selectedNameFilter());
+        QObject::connect(&dlg, &QFileDialog::filterSelected, &dlg, follow);
+    }
     if (!FileName.isEmpty()) dlg.selectFile(FileName);
     if (dlg.exec() != QDialog::Accepted || dlg.selectedFiles().isEmpty()) return false;
     FileName = dlg.selectedFiles().constFirst();

@@ -4,6 +4,7 @@
 #include "core/language.h"
 #include "core/options.h"
 #include "core/regional.h"
+#include "core/widgets/number_keys.h"
 #include "core/widgets/set_up_form.h"
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/main_entry.h"
@@ -141,7 +142,7 @@ frmSettings::frmSettings(QWidget *parent) : QDialog(parent) {
         if (o.Soglia == presets[i]) option = i;
     optSoglia[size_t(option)]->setChecked(true);
     txtSoglia->setEnabled(option == 3);
-    if (option == 3) txtSoglia->setText(Str(double(o.Soglia)));
+    if (option == 3) txtSoglia->setText(Str(o.Soglia));
     cboMemorySize->setCurrentIndex(cboMemorySize->findData(o.MemorySize));
 }
 
@@ -172,14 +173,15 @@ void frmSettings::LeaveSoglia() {
 
 bool frmSettings::eventFilter(QObject *watched, QEvent *event) {
     if (watched == txtSoglia && event->type() == QEvent::KeyPress) {
-        auto *key = static_cast<QKeyEvent *>(event);
-        const QString t = key->text();
-        if (t.isEmpty() || t.at(0).unicode() < 14) return false;  // control keys pass
-        if (t == QLatin1String(",") || t == QLatin1String(".")) {
-            txtSoglia->insert(QStringLiteral("."));
-            return true;
+        switch (FilterNumberKey(*static_cast<QKeyEvent *>(event))) {
+            case NumberKey::Pass:
+                return false;
+            case NumberKey::Drop:
+                return true;
+            case NumberKey::Point:
+                txtSoglia->insert(QStringLiteral("."));
+                return true;
         }
-        return !t.at(0).isDigit();
     }
     return QDialog::eventFilter(watched, event);
 }

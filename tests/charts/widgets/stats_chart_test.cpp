@@ -14,6 +14,7 @@
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/frm_message_box.h"
 #include "shell/widgets/main_entry.h"
+#include "support/keys.h"
 #include "support/modal.h"
 #include "support/test_env.h"
 
@@ -146,6 +147,20 @@ private slots:
         st->txtMinValue->clear();
         QTest::keyClicks(st->txtMinValue, QStringLiteral("1,5x"));
         QCOMPARE(st->txtMinValue->text(), QStringLiteral("1.5"));
+        // Editing keys pass the filter: Delete, Backspace, Home and End, a selection.
+        QTest::keyClicks(st->txtMinValue, QStringLiteral("25"));
+        QTest::keyClick(st->txtMinValue, Qt::Key_Home);
+        test::PressDelete(st->txtMinValue);
+        QCOMPARE(st->txtMinValue->text(), QStringLiteral(".525"));
+        QTest::keyClick(st->txtMinValue, Qt::Key_End);
+        QTest::keyClick(st->txtMinValue, Qt::Key_Backspace);
+        QTest::keyClick(st->txtMinValue, Qt::Key_Left, Qt::ShiftModifier);
+        test::PressDelete(st->txtMinValue);
+        QCOMPARE(st->txtMinValue->text(), QStringLiteral(".5"));
+        QTest::keyClick(st->txtMinValue, Qt::Key_A, Qt::ControlModifier);
+        test::PressDelete(st->txtMinValue);
+        QCOMPARE(st->txtMinValue->text(), QString());
+        QTest::keyClicks(st->txtMinValue, QStringLiteral("1.5"));
         st->txtMaxValue->setFocus();
         st->txtMaxValue->clear();
         QTest::keyClicks(st->txtMaxValue, QStringLiteral("60"));
@@ -188,6 +203,23 @@ private slots:
         QCOMPARE(Count(svg, "fill:red;"), 5);  // the bars, in the bar colour of the options
         main_->mdiArea->closeAllSubWindows();
         QTRY_VERIFY(!Shared().GraphStOpen);
+    }
+
+    // The first limits are the float extremes as their own digits: 0.165 rounds to
+    // 0.16 as the data list rounds it, 3.46 shows no digits of its widening.
+    void limitsReadAsTheExtremes() {
+        const float min = Data().DataMin, max = Data().DataMax;
+        Data().DataMin = 0.165f;
+        Data().DataMax = 3.46f;
+        main_->tbrToolbar_ButtonClick(14);
+        frmGraphSt *st = main_->findChild<frmGraphSt *>();
+        QVERIFY(st);
+        QCOMPARE(st->txtMinValue->text(), QStringLiteral("0.16"));
+        QCOMPARE(st->txtMaxValue->text(), QStringLiteral("3.46"));
+        main_->mdiArea->closeAllSubWindows();
+        QTRY_VERIFY(!Shared().GraphStOpen);
+        Data().DataMin = min;
+        Data().DataMax = max;
     }
 
     void timeChartImages() {

@@ -95,6 +95,22 @@ private slots:
         QVERIFY(LoadFile(RealTimeLogPath()));
         QCOMPARE(Data().DataCount, count);
 
+        // The figures and the meters' scale ends read as their own digits, through a
+        // change of range each way: 346.41 and 3.46, never the digits of a widened float.
+        Live().RTSample = {0.165f, 2.45f, 3.0f, 0};
+        QTest::mouseClick(view->MoltButton[2], Qt::LeftButton);
+        QCOMPARE(view->Pval[0]->text(), QStringLiteral("Bx = 0.16 µT"));
+        QCOMPARE(view->Pval[1]->text(), QStringLiteral("By = 2.4 µT"));
+        QCOMPARE(view->VMStop[1]->text(), QStringLiteral("200 µT"));
+        QCOMPARE(view->VMStop[3]->text(), QStringLiteral("346.41 µT"));
+        QCOMPARE(view->Disegno->caption, QStringLiteral("B (0.16 : 2.4 : 3.0)"));
+        Live().RTSample = {0.1f, 0.1f, 0.1f, 0};
+        QTest::mouseClick(view->MoltButton[3], Qt::LeftButton);
+        QCOMPARE(view->VMStop[1]->text(), QStringLiteral("2 µT"));
+        QCOMPARE(view->VMStop[3]->text(), QStringLiteral("3.46 µT"));
+        QCOMPARE(view->Pval[3]->text(), QStringLiteral("RSS  = 0.17 µT"));
+        test::Snapshot(view, QStringLiteral("live_view_ranges"));
+
         m->mdiArea->closeAllSubWindows();
         Data().DataSaved = true;
         ShutDown(m);

@@ -4,6 +4,7 @@
 #include "core/options.h"
 #include "shell/widgets/common_dialog.h"
 #include "shell/widgets/frm_settings.h"
+#include "support/keys.h"
 #include "support/modal.h"
 #include "support/recorder_host.h"
 #include "support/test_env.h"
@@ -13,8 +14,10 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
+#include <utility>
 
 using namespace fm;
 
@@ -62,6 +65,49 @@ private slots:
         again.LeaveSoglia();
         QCOMPARE(again.txtSoglia->text(), QStringLiteral("0"));
         CommonDialog::SetColorResponder(nullptr);
+    }
+
+    // A custom threshold is a float: it reopens as its own digits, and the box edits
+    // with the keys of any text box.
+    void customThresholdReopensAsTyped() {
+        test::Fresh fresh(1);
+        test::RecorderHost host;
+        frmSettings dlg(nullptr);
+        dlg.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dlg));
+        QTabBar *tabs = dlg.tabOptions->tabBar();
+        QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(2).center());
+        QTest::mouseClick(dlg.optSoglia[3], Qt::LeftButton, {}, QPoint(8, dlg.optSoglia[3]->height() / 2));
+        QVERIFY(dlg.txtSoglia->isEnabled());
+        QLineEdit *box = dlg.txtSoglia;
+        box->setFocus();
+        QTest::keyClicks(box, QStringLiteral("12,5"));
+        QTest::keyClick(box, Qt::Key_Home);
+        test::PressDelete(box);
+        QCOMPARE(box->text(), QStringLiteral("2.5"));
+        QTest::keyClick(box, Qt::Key_End);
+        QTest::keyClick(box, Qt::Key_Backspace);
+        QTest::keyClick(box, Qt::Key_Left);
+        test::PressDelete(box);
+        QCOMPARE(box->text(), QStringLiteral("2"));
+        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);  // select all, then delete it
+        test::PressDelete(box);
+        QCOMPARE(box->text(), QString());
+        QTest::keyClicks(box, QStringLiteral("1,1"));
+        QTest::keyClick(box, Qt::Key_Home, Qt::ShiftModifier);
+        QCOMPARE(box->selectedText(), QStringLiteral("1.1"));
+        QTest::keyClick(box, Qt::Key_End);
+        QTest::mouseClick(dlg.btnOk, Qt::LeftButton);
+        QCOMPARE(Options().Soglia, 1.1f);
+
+        const std::pair<float, const char *> reopened[] = {
+            {1.1f, " 1.1"}, {0.1f + 0.2f, " .3"}, {3.46f, " 3.46"}, {0.165f, " .165"}};
+        for (const auto &[custom, text] : reopened) {
+            Options().Soglia = custom;
+            frmSettings again(nullptr);
+            QVERIFY(again.optSoglia[3]->isChecked());
+            QCOMPARE(again.txtSoglia->text(), QString::fromLatin1(text));
+        }
     }
 
     void cancelKeepsAndLanguageAsks() {
