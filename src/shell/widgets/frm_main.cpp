@@ -509,6 +509,16 @@ void frmMain::mnuSubSubMonitor_Click(int index) {
     if (SelectPort(index)) mnuSubSubMonitor[size_t(index)]->setChecked(true);
 }
 
+// The dialog reads the logger while it is already on screen. Its modality must be set
+// before it first shows: exec() on a window already shown leaves the main window
+// clickable under it.
+static void ShowModalThenLoad(QDialog &dlg, const std::function<void()> &load) {
+    dlg.setWindowModality(Qt::ApplicationModal);
+    dlg.show();
+    load();
+    dlg.exec();
+}
+
 void frmMain::LinkCommand(int button) {
     switch (button) {
     case 6:
@@ -519,16 +529,12 @@ void frmMain::LinkCommand(int button) {
         return;
     case 10: {
         frmMonitor dlg(this);
-        dlg.show();
-        dlg.Load();
-        dlg.exec();
+        ShowModalThenLoad(dlg, [&] { dlg.Load(); });
         return;
     }
     case 11: {
         frmIDCode dlg(this);
-        dlg.show();
-        dlg.Load();
-        dlg.exec();
+        ShowModalThenLoad(dlg, [&] { dlg.Load(); });
         return;
     }
     default: return;
