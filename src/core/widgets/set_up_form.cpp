@@ -54,4 +54,8 @@ void SetUpForm(QWidget *form) {
     });
 }
 
+void DialogFrame(QWidget *dialog) {
+    dialog->setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
+}
+
 } // namespace fm

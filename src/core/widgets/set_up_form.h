@@ -13,6 +13,9 @@ QString Tag(const QObject *object);
 // The tab captions of a tab strip, by their own Tags.
 void SetTabTags(QObject *tabStrip, const QStringList &tags);
 void SetUpForm(QWidget *form);
+// A dialog's frame: a title and a close box, never the minimise and maximise boxes that
+// window managers otherwise give every dialog.
+void DialogFrame(QWidget *dialog);
 
 // A control with its designed caption and the number of its text.
 template <class T>

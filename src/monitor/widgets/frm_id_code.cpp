@@ -17,6 +17,7 @@ namespace fm {
 
 frmIDCode::frmIDCode(QWidget *parent) : QDialog(parent) {
     setObjectName(QStringLiteral("frmIDCode"));
+    DialogFrame(this);
     setWindowTitle(QStringLiteral("Impostazione ID"));
     SetTag(this, 4021);
     fmeIDSet = new QGroupBox(QStringLiteral("Codice Identificativo QL540"), this);

@@ -46,6 +46,7 @@ void Paint(QLabel *l, uint32_t back) {
 
 frmMonitor::frmMonitor(QWidget *parent) : QDialog(parent) {
     setObjectName(QStringLiteral("frmMonitor"));
+    DialogFrame(this);
     setWindowTitle(QStringLiteral("Form1"));
     SetTag(this, 4038);
     pages = new QStackedWidget(this);

@@ -27,6 +27,7 @@ bool (*frmAbout::ShiftCtrlDown)() = RealShiftCtrl;
 
 frmAbout::frmAbout(QWidget *parent) : QDialog(parent) {
     setObjectName(QStringLiteral("frmAbout"));
+    DialogFrame(this);
     setWindowTitle(QStringLiteral("About Fluxmere..."));
     pctLogo = new Logo(64, this);
     pctRight = new QLabel(this);

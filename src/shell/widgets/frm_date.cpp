@@ -13,6 +13,7 @@ namespace fm {
 
 frmDate::frmDate(QWidget *parent) : QDialog(parent) {
     setObjectName(QStringLiteral("frmDate"));
+    DialogFrame(this);
     Label1 = new QLabel(this);
     SetTag(Label1, 39);
     lblDateText = new QLabel(this);

@@ -3,6 +3,7 @@
 #include "core/fault.h"
 #include "core/language.h"
 #include "core/widgets/icons.h"
+#include "core/widgets/set_up_form.h"
 
 #include <QApplication>
 #include <QFontMetrics>
@@ -23,7 +24,7 @@ QWidget *Owner() {
 
 frmMessageBox::frmMessageBox(QWidget *owner) : QDialog(owner) {
     setObjectName(QStringLiteral("frmMessageBox"));
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    DialogFrame(this);
     lblMessage = new QLabel(this);
     lblMessage->setObjectName(QStringLiteral("lblMessage"));
     lblMessage->setWordWrap(true);

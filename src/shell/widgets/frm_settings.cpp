@@ -38,6 +38,7 @@ uint32_t *Field(int i) {
 
 frmSettings::frmSettings(QWidget *parent) : QDialog(parent) {
     setObjectName(QStringLiteral("frmSettings"));
+    DialogFrame(this);
     setWindowTitle(QStringLiteral("Settings"));
     SetTag(this, 4058);
     tabOptions = new QTabWidget(this);
