@@ -6,7 +6,7 @@
 #include "core/language.h"
 #include "core/regional.h"
 #include "core/safe_file.h"
-#include "shell/info_model.h"
+#include "core/text_align.h"
 
 namespace fm {
 namespace {

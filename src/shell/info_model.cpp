@@ -61,10 +61,6 @@ InfoTexts BuildInfo() {
     return t;
 }
 
-QString Formatta(const QString &text, int width) {
-    return width > text.size() ? QString(width - text.size(), QLatin1Char(' ')) + text : text;
-}
-
 int32_t MemoryCapacity(int32_t memorySize) {
     return CLng((memorySize - 96) / 7.0);
 }

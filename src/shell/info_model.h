@@ -1,6 +1,8 @@
 #pragma once
 // What the information panel shows, worked out without a window so that the panel,
 // the command-line companion and the tests read the same texts.
+#include "core/text_align.h"
+
 #include <QString>
 #include <array>
 #include <cstdint>
@@ -28,9 +30,6 @@ QString StepUnitWord(const QString &letter);
 // "#0.00 µT".
 QString Microtesla(float value);
 QString Microtesla(double value);
-
-// Blanks in front of text up to width; a longer text stays whole.
-QString Formatta(const QString &text, int width);
 
 // The date on which a session from `start` fills the logger's memory of the options.
 double MemoryEndDate(double start, int32_t step, const QString &unit);
