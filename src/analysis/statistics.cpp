@@ -3,7 +3,6 @@
 #include "core/data_set.h"
 #include "core/fault.h"
 #include "core/regional.h"
-#include "realtime/live_record.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,7 +10,7 @@
 
 namespace fm {
 
-void CalculateStats(const QString &source) {
+void CalculateStats(const QString &source, const RunningSeries &series) {
     TrapVoid("CalculateStats", [&] {
         if (source == QLatin1String("Data")) {
             MeasurementData &d = Data();
@@ -32,17 +31,19 @@ void CalculateStats(const QString &source) {
             d.DataMean = float(sum / n);
             return;
         }
-        LiveRecord &rt = Live();
-        if (rt.RTCount < 1 || rt.RTValue.size() < size_t(rt.RTCount) + 1) Raise(err::Subscript);
-        const double v = rt.RTValue[size_t(rt.RTCount)];
-        if (rt.RTCount == 1) {
-            rt.RTMax = rt.RTMin = rt.RTMean = float(v);
+        const RunningSeries &rs = series;
+        if (rs.count < 1 || !rs.values || rs.size < size_t(rs.count) + 1) Raise(err::Subscript);
+        if (!rs.max || !rs.min || !rs.mean) Raise(err::Subscript);
+        const double v = rs.values[size_t(rs.count)];
+        float &mx = *rs.max, &mn = *rs.min, &mean = *rs.mean;
+        if (rs.count == 1) {
+            mx = mn = mean = float(v);
             return;
         }
-        if (float(v) > rt.RTMax) rt.RTMax = float(v);
-        if (float(v) < rt.RTMin) rt.RTMin = float(v);
+        if (float(v) > mx) mx = float(v);
+        if (float(v) < mn) mn = float(v);
         // No running sum: the mean is carried through its single-precision field.
-        rt.RTMean = float((double(rt.RTMean) * (rt.RTCount - 1) + v) / rt.RTCount);
+        mean = float((double(mean) * (rs.count - 1) + v) / rs.count);
     });
 }
 

@@ -1,11 +1,21 @@
 #pragma once
 #include <QString>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace fm {
-// "Data": maximum, minimum and mean of the data set; any other text: of the live samples.
-void CalculateStats(const QString &source);
+// A series whose figures run on as each sample comes: values from slot 1, the newest in
+// slot count. Plain arrays, so that live mode keeps its record to itself.
+struct RunningSeries {
+    const double *values = nullptr;
+    size_t size = 0;
+    int32_t count = 0;
+    float *max = nullptr, *min = nullptr, *mean = nullptr;
+};
+// "Data": maximum, minimum and mean of the data set; any other text: of the running
+// series, folding in its newest sample.
+void CalculateStats(const QString &source, const RunningSeries &series = {});
 // Orders SortedValue/SortedIndex by value (shell sort) and takes the median.
 void CalculateMediana();
 

@@ -65,7 +65,8 @@ void SplitDataReadData() {
         rt.RTY[k] = r.sample[1];
         rt.RTZ[k] = r.sample[2];
         rt.RTValue[k] = r.sample[3];
-        CalculateStats(QStringLiteral("RT"));
+        CalculateStats(QStringLiteral("RT"), {rt.RTValue.data(), rt.RTValue.size(), rt.RTCount,
+                                              &rt.RTMax, &rt.RTMin, &rt.RTMean});
         UpdateRTInfo();
         // The log being open is the condition of the display.
         if (Shared().RealTimeLogFile <= 0) return;

@@ -1,11 +1,11 @@
 // Maximum, minimum, mean, the median's sort, and the running figures of live samples.
 #include "analysis/statistics.h"
 #include "core/data_set.h"
-#include "realtime/live_record.h"
 #include "support/recorder_host.h"
 #include "support/test_env.h"
 
 #include <gtest/gtest.h>
+#include <vector>
 
 using namespace fm;
 
@@ -86,23 +86,36 @@ TEST(Statistics, MedianAndValueOrder) {
 
 TEST(Statistics, LiveSamplesRunTheirOwnFigures) {
     test::Fresh fresh;
-    LiveRecord &rt = Live();
-    rt = LiveRecord{};
-    rt.RTValue = {0, 2.0};
-    rt.RTCount = 1;
+    Data().DataMax = 7;
+    std::vector<double> values{0, 2.0};
+    float mx = -9, mn = -9, mean = -9;
+    const auto series = [&] {
+        return RunningSeries{values.data(), values.size(), int32_t(values.size() - 1), &mx, &mn, &mean};
+    };
+    CalculateStats(QStringLiteral("RT"), series());
+    EXPECT_FLOAT_EQ(mx, 2);
+    EXPECT_FLOAT_EQ(mean, 2);
+    values.push_back(0.0);
+    CalculateStats(QString(), series());  // any other text is the live branch
+    EXPECT_FLOAT_EQ(mn, 0);               // a live 0 does become the minimum
+    EXPECT_FLOAT_EQ(mean, 1);
+    values.push_back(4.0);
+    CalculateStats(QStringLiteral("RT"), series());
+    EXPECT_FLOAT_EQ(mx, 4);
+    EXPECT_FLOAT_EQ(mean, 2);
+    EXPECT_EQ(Data().DataMax, 7);  // the data set is left alone
+}
+
+TEST(Statistics, ARunningSeriesWithoutItsSampleIsReported) {
+    test::Fresh fresh;
+    test::RecorderHost host;
+    std::vector<double> values{0, 2.0};
+    float mx = 0, mn = 0, mean = 0;
+    CalculateStats(QStringLiteral("RT"), {values.data(), values.size(), 2, &mx, &mn, &mean});
     CalculateStats(QStringLiteral("RT"));
-    EXPECT_FLOAT_EQ(rt.RTMax, 2);
-    EXPECT_FLOAT_EQ(rt.RTMean, 2);
-    rt.RTValue.push_back(0.0);
-    rt.RTCount = 2;
-    CalculateStats(QString());     // any other text is the live branch
-    EXPECT_FLOAT_EQ(rt.RTMin, 0);  // a live 0 does become the minimum
-    EXPECT_FLOAT_EQ(rt.RTMean, 1);
-    rt.RTValue.push_back(4.0);
-    rt.RTCount = 3;
-    CalculateStats(QStringLiteral("RT"));
-    EXPECT_FLOAT_EQ(rt.RTMax, 4);
-    EXPECT_FLOAT_EQ(rt.RTMean, 2);
+    ASSERT_EQ(host.boxes.size(), 2u);
+    EXPECT_TRUE(host.boxes[0].text.contains(QStringLiteral("CalculateStats")));
+    EXPECT_EQ(mx, 0);
 }
 
 TEST(Statistics, AnEmptySetIsReportedNotRead) {
