@@ -1,6 +1,5 @@
 #include "link/transaction.h"
 
-#include "acquisition/upload.h"
 #include "core/cp1252.h"
 #include "core/data_set.h"
 #include "core/fault.h"
@@ -11,10 +10,11 @@
 #include "link/serial_port.h"
 #include "link/supervision.h"
 #include "link/timers.h"
-#include "realtime/live_intake.h"
 
 #include <QElapsedTimer>
 #include <QList>
+
+#include <array>
 
 namespace fm {
 namespace {
@@ -22,7 +22,17 @@ constexpr int kSilenceMs = 700;
 constexpr int kSliceMs = 20;  // waits sleep on the port in slices this long
 constexpr int kDrainAt = 10000;
 
-enum class End { Accepted, Failed, Abandoned };
+using End = ReplyEnd;
+
+std::array<ReplyHandler, 256> &Handlers() {
+    static std::array<ReplyHandler, 256> handlers;
+    return handlers;
+}
+
+End Handle(uint8_t command) {
+    const ReplyHandler &handler = Handlers()[command];
+    return handler ? handler() : End::Accepted;
+}
 
 void StatusBusy() { Host().SetCommStatus(6, ResString(3024)); }
 
@@ -121,11 +131,11 @@ End Dispatch() {
     const QByteArray &rx = RxBuffer();
     const auto byte = [&](int i) { return uint8_t(rx.at(i)); };
     switch (byte(3)) {
-    case 2: SplitDataReadData(); return End::Accepted;
+    case 2: return Handle(2);
     case 0xFF: return End::Failed;
     case 4:
         if (RxLength() < 96) return End::Failed;
-        return SplitUploadData() ? End::Accepted : End::Abandoned;
+        return Handle(4);
     case 7: {
         if (RxLength() != 70) return End::Failed;
         const QString ids = FromCp1252(rx.constData() + 4, 64);  // as the upload reads them
@@ -252,6 +262,6 @@ void SerialeOnComm() {
     });
 }
 
-void InstallLinkHandlers() { Seriale().OnComm = [] { SerialeOnComm(); }; }
+void SetReplyHandler(uint8_t command, ReplyHandler handler) { Handlers()[command] = std::move(handler); }
 
 } // namespace fm

@@ -1,6 +1,7 @@
 #pragma once
 // One command out, one reply in: written, awaited, collected, checked, dispatched.
 #include <cstdint>
+#include <functional>
 
 namespace fm {
 inline constexpr int kReplyTimeoutMs = 2000;
@@ -14,6 +15,12 @@ bool ReceiveCommand();
 int GetCommandChars(int command);
 // The port's receive event.
 void SerialeOnComm();
-// Connects the port event; done once at start-up.
-void InstallLinkHandlers();
+
+// What became of a reply: taken, refused as bad (a failure), or declined (no failure).
+enum class ReplyEnd { Accepted, Failed, Abandoned };
+// Takes the checked reply in RxBuffer into the subsystem whose data it is.
+using ReplyHandler = std::function<ReplyEnd()>;
+// The subsystems above the link register the replies that are theirs, at start-up; a reply
+// without a handler is accepted as it stands.
+void SetReplyHandler(uint8_t command, ReplyHandler handler);
 } // namespace fm

@@ -13,6 +13,7 @@
 #include "link/supervision.h"
 #include "link/timers.h"
 #include "link/transaction.h"
+#include "shell/link_handlers.h"
 #include "support/clock.h"
 #include "support/recorder_host.h"
 #include "support/simulator.h"
@@ -216,6 +217,33 @@ TEST_F(LinkTest, UploadFaultsLeaveTheDataSetAlone) {
     EXPECT_EQ(host.dateAsked, 1);
     EXPECT_EQ(Data().DataStart, DateFromParts(2013, 5, 6, 7, 8));
     EXPECT_EQ(Data().DataCount, 571);
+}
+
+TEST_F(LinkTest, RepliesGoToTheHandlerOfTheirCommand) {
+    Simulator sim(fresh.Dir().path(),
+                  {QStringLiteral("--fast"), QStringLiteral("--memory"), QStringLiteral("4096")});
+    ASSERT_TRUE(SelectPort(0));
+    ASSERT_TRUE(InitCommunication());
+    Data().DataSource = QStringLiteral("File");
+    int calls = 0;
+    const auto answer = [&](ReplyEnd end) {
+        SetReplyHandler(4, [&calls, end] {
+            ++calls;
+            return end;
+        });
+    };
+    answer(ReplyEnd::Failed);  // a reply its handler finds bad counts as a failure
+    EXPECT_FALSE(SendCommand(4, true, false, kReplyTimeoutMs));
+    EXPECT_EQ(Shared().FailCount, 1);
+    answer(ReplyEnd::Abandoned);  // a declined one does not
+    EXPECT_FALSE(SendCommand(4, true, false, kReplyTimeoutMs));
+    EXPECT_EQ(Shared().FailCount, 0);
+    EXPECT_EQ(calls, 2);
+    SetReplyHandler(4, nullptr);  // without a handler the reply is taken as it stands
+    EXPECT_TRUE(SendCommand(4, true, false, kReplyTimeoutMs));
+    EXPECT_EQ(calls, 2);
+    EXPECT_EQ(Data().DataSource, QStringLiteral("File"));
+    EXPECT_GE(host.waitHidden, host.waitShown);
 }
 
 TEST_F(LinkTest, EveryMemorySizeUploadsAndSavesSampleForSample) {

@@ -16,6 +16,7 @@
 #include "realtime/live_record.h"
 #include "realtime/realtime_log.h"
 #include "realtime/vector_geometry.h"
+#include "shell/link_handlers.h"
 #include "support/recorder_host.h"
 #include "support/simulator.h"
 #include "support/test_env.h"

@@ -14,6 +14,7 @@
 #include "link/transaction.h"
 #include "monitor/session_plan.h"
 #include "shell/info_model.h"
+#include "shell/link_handlers.h"
 
 #include <cstdio>
 

@@ -15,6 +15,7 @@
 #include "realtime/live_record.h"
 #include "realtime/realtime_log.h"
 #include "realtime/vector_geometry.h"
+#include "shell/link_handlers.h"
 
 #include <QEventLoop>
 #include <QFile>

@@ -10,6 +10,7 @@
 #include "link/transaction.h"
 #include "monitor/widgets/frm_id_code.h"
 #include "monitor/widgets/frm_monitor.h"
+#include "shell/link_handlers.h"
 #include "acquisition/upload.h"
 #include "link/operations.h"
 #include "support/modal.h"
