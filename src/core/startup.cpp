@@ -3,7 +3,6 @@
 #include "core/app_paths.h"
 #include "core/fault.h"
 #include "core/host.h"
-#include "files/log_file.h"
 
 #include <QFile>
 
@@ -53,23 +52,6 @@ QStringList CutCommandTail(const QString &tail) {
         if (c == QLatin1Char('"')) quoted = !quoted;
     }
     return tokens;
-}
-
-void GestioneCommandLine(const QString &tail, const std::function<void()> &loaded) {
-    TrapVoid("GestioneCommandLine", [&] {
-        const QStringList tokens = CutCommandTail(tail);
-        for (int i = 0; i + 1 < tokens.size(); i += 2) {
-            if (tokens[i] != QLatin1String("-L")) {
-                Host().SystemBox(QStringLiteral("Parametro sconosciuto in riga di comando"),
-                                 QStringLiteral("Fluxmere"), SystemBoxKind::PlainOk);
-                return;
-            }
-            QString name = tokens[i + 1];
-            if (name.startsWith(QLatin1Char('"'))) name.remove(0, 1);
-            if (name.endsWith(QLatin1Char('"'))) name.chop(1);
-            if (LoadFile(name) && loaded) loaded();
-        }
-    });
 }
 
 } // namespace fm

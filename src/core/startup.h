@@ -1,9 +1,8 @@
 #pragma once
 // The window-free steps of start-up: the check of the files beside the executable and
-// the command line.
+// the cutting of the command line.
 #include <QString>
 #include <QStringList>
-#include <functional>
 
 namespace fm {
 // The three files the application cannot run without; reports the first one missing.
@@ -13,6 +12,4 @@ bool CheckIntegrity();
 QString CommandTail(const QStringList &arguments);
 // Cuts the tail into at most 10 tokens; quotes stay in the tokens.
 QStringList CutCommandTail(const QString &tail);
-// Carries out "-L file" pairs; `loaded` runs after each file that loaded.
-void GestioneCommandLine(const QString &tail, const std::function<void()> &loaded);
 } // namespace fm

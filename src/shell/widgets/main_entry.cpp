@@ -11,6 +11,7 @@
 #include "link/serial_port.h"
 #include "link/timers.h"
 #include "link/transaction.h"
+#include "shell/command_line.h"
 #include "shell/link_handlers.h"
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/frm_message_box.h"
