@@ -1,5 +1,6 @@
 // Unpacking a full upload, and a full upload from the simulator at the line rate.
 #include "acquisition/upload.h"
+#include "shell/link_handlers.h"
 #include "core/app_paths.h"
 #include "core/data_set.h"
 #include "core/host.h"
