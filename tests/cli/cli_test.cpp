@@ -10,6 +10,7 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QThread>
 
 namespace {
 struct Result {
@@ -184,6 +185,29 @@ TEST_F(CliTest, LiveModeLeavesTheRealTimeLog) {
     // An earlier log stays unless the question is answered.
     EXPECT_EQ(Run({"live", "--port", port, "--count", "1", "-o", rt}).code, 1);
     EXPECT_EQ(Run({"live", "--port", port, "--count", "0"}).code, 64);
+    sim.terminate();
+    sim.waitForFinished(3000);
+}
+
+TEST_F(CliTest, ASessionProgrammedTodayUploadsWhatItRecorded) {
+    // The simulated logger records one sample per step once started; 600 times faster here.
+    QProcess sim;
+    sim.start(QStringLiteral(FLUXMERE_SIM), {QStringLiteral("--fast"), QStringLiteral("--speed"), QStringLiteral("600")});
+    ASSERT_TRUE(sim.waitForReadyRead(5000));
+    const QString port = QString::fromLocal8Bit(sim.readLine()).trimmed();
+    ASSERT_EQ(Run({"--yes", "program", "--port", port, "--step", "10", "--unit", "s"}).code, 0);
+    QThread::msleep(1500);
+    ASSERT_EQ(Run({"--yes", "stop", "--port", port}).code, 0);
+    EXPECT_TRUE(Run({"--lang", "en", "status", "--port", port})
+                    .out.contains(QStringLiteral("Status: TERMINATO (STOP UTENTE)")));
+    const QString up = dir.filePath(QStringLiteral("today.log"));
+    ASSERT_EQ(Run({"upload", "--port", port, "-o", up}).code, 0);
+    const QJsonObject o =
+        QJsonDocument::fromJson(Run({"info", "--json", up}).out.toUtf8()).object();
+    EXPECT_GT(o.value(QStringLiteral("DataCount")).toInt(), 60);
+    EXPECT_TRUE(o.value(QStringLiteral("DataStart")).toString().startsWith(
+        QDate::currentDate().toString(Qt::ISODate)));
+    EXPECT_EQ(o.value(QStringLiteral("DataStep")).toInt(), 10);
     sim.terminate();
     sim.waitForFinished(3000);
 }

@@ -53,33 +53,76 @@ void Device::SetMemory(int size) {
     Generate(-1);
 }
 
+int Device::Capacity() const { return std::min((memorySize_ - 96) / 7, (65532 - 96) / 7); }
+
+Sample Device::MakeSample(int i) const {
+    // A slow daily swing with a stronger stretch that needs the high range.
+    const double day = std::sin(i / 144.0 * 6.2832);
+    const double base = 0.6 + 0.5 * day + ((i / 300) % 7 == 3 ? 8.0 : 0.0);
+    Sample s{};
+    const double axes[3] = {base * 0.8, base * 0.55, base * 0.25 + (i % 13) * 0.01};
+    uint16_t *out[3] = {&s.x, &s.y, &s.z};
+    for (int a = 0; a < 3; ++a) {
+        const bool high = axes[a] >= 1.9;
+        const double reading = axes[a] * 1024 / (high ? 200.0 : 2.0);
+        *out[a] = uint16_t(std::min(32767.0, std::max(0.0, std::round(reading))));
+        if (high) s.flags |= uint8_t(1 << a);
+    }
+    return s;
+}
+
 void Device::Generate(int n) {
-    const int capacity = std::min((memorySize_ - 96) / 7, (65532 - 96) / 7);
+    const int capacity = Capacity();
     if (n < 0 || n > capacity) n = capacity;
     samples_.clear();
-    for (int i = 0; i < n; ++i) {
-        // A slow daily swing with a stronger stretch that needs the high range.
-        const double day = std::sin(i / 144.0 * 6.2832);
-        const double base = 0.6 + 0.5 * day + ((i / 300) % 7 == 3 ? 8.0 : 0.0);
-        Sample s{};
-        const double axes[3] = {base * 0.8, base * 0.55, base * 0.25 + (i % 13) * 0.01};
-        uint16_t *out[3] = {&s.x, &s.y, &s.z};
-        for (int a = 0; a < 3; ++a) {
-            const bool high = axes[a] >= 1.9;
-            const double reading = axes[a] * 1024 / (high ? 200.0 : 2.0);
-            *out[a] = uint16_t(std::min(32767.0, std::max(0.0, std::round(reading))));
-            if (high) s.flags |= uint8_t(1 << a);
-        }
-        samples_.push_back(s);
-    }
+    for (int i = 0; i < n; ++i) samples_.push_back(MakeSample(i));
     const int end = noSamples ? 96 : 96 + int(samples_.size()) * 7;
     settings[13] = uint8_t(end >> 8);
     settings[14] = uint8_t(end & 0xFF);
 }
 
+namespace {
+std::time_t WireTime(const uint8_t *p) {
+    std::tm t{};
+    t.tm_sec = FromBcd(p[0]);
+    t.tm_min = FromBcd(p[1]);
+    t.tm_hour = FromBcd(p[2]);
+    t.tm_mday = FromBcd(p[3] & 0x3F);
+    t.tm_mon = FromBcd(p[4] & 0x1F) - 1;
+    t.tm_year = 112 + (p[3] >> 6);
+    t.tm_isdst = -1;
+    return std::mktime(&t);
+}
+
+int StepSeconds(uint8_t unit, uint8_t step) {
+    static const int perUnit[8] = {0, 0, 1, 60, 3600, 86400, 0, 0};
+    return perUnit[unit & 7] * FromBcd(step);
+}
+} // namespace
+
+void Device::Record() {
+    if (!recording_) return;
+    const int step = StepSeconds(settings[5], settings[6]);
+    const double elapsed =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - sessionClock_).count() * speed -
+        startDelay_;
+    if (elapsed < 0 || step <= 0) return;
+    const int stopAddress = settings[13] * 256 + settings[14];
+    const int limit = stopAddress ? std::min(Capacity(), (stopAddress - 96) / 7) : Capacity();
+    const int n = int(std::min<double>(limit, std::floor(elapsed / step) + 1));
+    while (int(samples_.size()) < n) samples_.push_back(MakeSample(int(samples_.size())));
+    settings[16] = 0x03;
+    if (n >= limit) {
+        recording_ = false;
+        settings[16] = 0x07;
+        settings[18] = stopAddress ? 3 : 1;  // ended at its stop date, or at memory full
+    }
+}
+
 std::vector<uint8_t> Device::MemoryImage() const {
     std::vector<uint8_t> m(96, 0);
     const int end = noSamples ? 96 : 96 + int(samples_.size()) * 7;
+    // The header's end address is where recording got to.
     m[0] = uint8_t(end >> 8);
     m[1] = uint8_t(end & 0xFF);
     for (int i = 0; i < 5; ++i) m[size_t(2 + i)] = blankStart ? 0 : settings[size_t(i)];
@@ -123,6 +166,7 @@ std::vector<uint8_t> Device::Handle(uint8_t command, const std::vector<uint8_t> 
     // Only the clock, the session block and the codes come with a payload; anything else
     // that carries one is refused, so that a stray payload shows.
     if (!p.empty() && command != 8 && command != 11 && command != 12) return Frame(0xFF, {0});
+    Record();
     switch (command) {
     case 1: return Frame(1, std::vector<uint8_t>(4, 0));
     case 2: {
@@ -167,8 +211,13 @@ std::vector<uint8_t> Device::Handle(uint8_t command, const std::vector<uint8_t> 
         // Waiting for its start date, or running at once; the memory starts empty.
         settings[16] = (settings[7] & 1) ? 0x01 : 0x03;
         samples_.clear();
+        recording_ = true;
+        sessionClock_ = std::chrono::steady_clock::now();
+        startDelay_ = (settings[7] & 1) ? std::difftime(WireTime(&settings[8]), WireTime(&settings[0])) : 0;
+        Record();
         return Frame(13, {0});
     case 14:
+        recording_ = false;
         if (settings[16] & 1) {
             settings[16] = 0x07;
             settings[18] = 4;

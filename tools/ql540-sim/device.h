@@ -3,6 +3,7 @@
 // live readings. Written apart from the application's own protocol code, so that the
 // two check each other.
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <ctime>
 #include <string>
@@ -46,9 +47,19 @@ public:
     std::array<uint8_t, 19> settings{};  // the block of command 10
     bool batteryLow = false;
     bool blankStart = false, badSignature = false, noSamples = false;
+    // How many times faster than the wall clock a running session records (tests, demos).
+    double speed = 1.0;
 
 private:
     std::vector<uint8_t> Frame(uint8_t command, const std::vector<uint8_t> &payload) const;
+    Sample MakeSample(int i) const;
+    int Capacity() const;
+    // A started session records one sample per step from its start until its stop
+    // address or the memory is full; brought up to date before every command.
+    void Record();
+    bool recording_ = false;
+    std::chrono::steady_clock::time_point sessionClock_;
+    double startDelay_ = 0;  // seconds from the start command to the programmed start
     int memorySize_;
     std::vector<Sample> samples_;
     long long liveTick_ = 0;

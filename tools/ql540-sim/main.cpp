@@ -28,7 +28,7 @@ void Usage() {
     std::fputs("Usage: ql540-sim [--link PATH] [--memory 4096|8192|32768|65536] [--samples N] [--fast]\n"
                "                 [--fault KIND [--fault-command N] [--once]] [--control FIFO]\n"
                "                 [--clock YYYY-MM-DDTHH:MM[:SS]] [--battery-low] [--log FILE]\n"
-               "                 [--dump-memory FILE] [--dump-samples FILE]\n"
+               "                 [--speed FACTOR] [--dump-memory FILE] [--dump-samples FILE]\n"
                "Faults: no-answer refuse bad-crc stray-byte truncate late wrong-command short\n"
                "        silent-upload bad-signature no-samples blank-start\n",
                stderr);
@@ -118,6 +118,7 @@ int main(int argc, char **argv) {
     sim::Faults faults;
     std::string control, dumpMemory, dumpSamples;
     bool batteryLow = false;
+    double speed = 1.0;
     // The logger's clock starts at the present date unless a test fixes it.
     const std::time_t now = std::time(nullptr);
     std::tm clock = *std::localtime(&now);
@@ -139,6 +140,7 @@ int main(int argc, char **argv) {
         else if (a == "--once") faults.once = true;
         else if (a == "--control") control = next();
         else if (a == "--battery-low") batteryLow = true;
+        else if (a == "--speed") speed = std::atof(next().c_str());
         else if (a == "--clock") {
             if (!ParseClock(next(), clock)) {
                 Usage();
@@ -158,6 +160,7 @@ int main(int argc, char **argv) {
         return 64;
     }
     sim::Device dev(memory, samples, clock);
+    dev.speed = speed > 0 ? speed : 1.0;
     dev.batteryLow = batteryLow;
     Control("fault " + faults.kind + " " + std::to_string(faults.command) + (faults.once ? " once" : ""), faults, dev);
     if (samples >= 0) dev.Generate(samples);
