@@ -376,7 +376,19 @@ void frmMain::FileDialogFor(int button) {
     }
 }
 
+bool frmMain::OfferToSave() {
+    const MeasurementData &d = Data();
+    if (!d.DataPresent || d.DataSaved || !MessBox(ResString(31), {}, -1, 0)) return true;
+    FileDialogFor(3);
+    if (!dlgFile.ShowSave(this)) return false;
+    Options().LastPath = OptionText(SplitFileName(dlgFile.FileName, false));
+    if (SaveFile(dlgFile.FileName)) return true;
+    MessBox(ResString(8), {}, -1, -1);
+    return false;
+}
+
 void frmMain::LoadCommand() {
+    if (!OfferToSave()) return;
     FileDialogFor(2);
     if (!dlgFile.ShowOpen(this)) return;
     const QString name = dlgFile.FileName;
@@ -455,6 +467,7 @@ void frmMain::tbrToolbar_ButtonMenuClick(int entry) {
     TrapVoid("tbrToolbar_ButtonMenuClick", [&] {
         if (entry < 1 || entry > 4) return;
         const QString name = Options().RecentFile[size_t(entry)].trimmed();
+        if (!OfferToSave()) return;
         if (!LoadFile(name)) {
             MessBox(ResString(7), {}, -1, -1);
             return;
@@ -525,7 +538,7 @@ void frmMain::LinkCommand(int button) {
         if (!Shared().CommOpen) InitCommunication();
         return;
     case 7:
-        if (UploadData()) OpenRequestedForms();
+        if (OfferToSave() && UploadData()) OpenRequestedForms();
         return;
     case 10: {
         frmMonitor dlg(this);

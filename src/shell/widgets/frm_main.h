@@ -93,6 +93,10 @@ public:
     void SetBattImage(int image) override;
     void DoEvents() override;
 
+    // Before new data replaces an unsaved measurement: the question of the exit, and the
+    // save dialog on yes. False when the user cancelled that dialog or the save failed.
+    bool OfferToSave();
+
 signals:
     // The wait window has painted this share of a long reply.
     void WaitPainted(int received, int total);

@@ -119,22 +119,7 @@ void ShutDown(QWidget *form) {
             *t = 0;
         }
         frmMain *main = MainForm();
-        MeasurementData &d = Data();
-        if (d.DataPresent && !d.DataSaved && main && Host().MessBox(ResString(31), {}, -1, 0)) {
-            CommonDialog &dlg = main->dlgFile;
-            dlg = CommonDialog{};
-            dlg.CancelError = true;
-            dlg.DialogTitle = ResString(3003);
-            dlg.Filter = QStringLiteral("Fluxmere Log File (*.log)|*.log|") + ResString(3002) +
-                         QStringLiteral(" (*.*)|*.*");
-            dlg.FilterIndex = 0;
-            const QString last = Options().LastPath.trimmed();
-            dlg.InitDir = last;
-            const QString file = SplitFileName(last, true);
-            dlg.FileName = !file.isEmpty() && QFileInfo(last).isFile() ? file : QString();
-            dlg.Flags = 4;
-            if (dlg.ShowSave(main) && !SaveFile(dlg.FileName)) Host().MessBox(ResString(8), {}, -1, -1);
-        }
+        if (main) main->OfferToSave();
         if (main && g_optionsRead) {
             const auto state = main->windowState();
             Options().MainWindowState = state & Qt::WindowMinimized ? 1 : state & Qt::WindowMaximized ? 2 : 0;

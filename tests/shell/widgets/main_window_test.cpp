@@ -253,6 +253,58 @@ private slots:
         QCOMPARE(stored.MainWindowState, int16_t(0));
     }
 
+    // An upload not yet saved is not replaced by File > Open without the question; a save
+    // dialog cancelled keeps it, a "no" lets the new file in.
+    void newDataAsksBeforeReplacingAnUnsavedMeasurement() {
+        frmMain *m = Start({QStringLiteral("-L"), log_});
+        QVERIFY(m);
+        const QString other = dir_.filePath(QStringLiteral("other.log"));
+        QFile::remove(other);
+        QVERIFY(QFile::copy(log_, other));
+        const QString kept = dir_.filePath(QStringLiteral("kept.log"));
+        QFile::remove(kept);
+        QString saveAnswer;  // empty: the save dialog is cancelled
+        QStringList asked;
+        CommonDialog::SetResponder([&](const CommonDialog &d, bool save) -> std::optional<CommonDialog::Answer> {
+            asked << d.DialogTitle;
+            if (save) return saveAnswer.isEmpty() ? std::nullopt : std::optional(CommonDialog::Answer{saveAnswer, 1});
+            return CommonDialog::Answer{other, 1};
+        });
+        const auto answer = [](bool yes) {
+            test::WhenModal([yes](QWidget *w) {
+                auto *box = qobject_cast<frmMessageBox *>(w);
+                QVERIFY(box);
+                QCOMPARE(box->lblMessage->text(), ResString(31));
+                (yes ? box->btnOK : box->btnCancel)->click();
+            });
+        };
+        // Yes, then the save dialog cancelled: nothing is opened, the upload stays.
+        Data().DataSaved = false;
+        Data().DataSource = QStringLiteral("Upload");
+        answer(true);
+        m->mnuSubFile[0]->trigger();
+        QCOMPARE(asked, QStringList{ResString(3003)});
+        QCOMPARE(Data().DataSource, QStringLiteral("Upload"));
+        // Yes and a name: saved first, then the other file opens.
+        asked.clear();
+        saveAnswer = kept;
+        answer(true);
+        m->mnuSubFile[0]->trigger();
+        QCOMPARE(asked, (QStringList{ResString(3003), ResString(3001)}));
+        QVERIFY(QFile::exists(kept));
+        QCOMPARE(Data().DataFile, other);
+        // No: the new file replaces it without a save.
+        asked.clear();
+        Data().DataSaved = false;
+        answer(false);
+        m->mnuSubFile[0]->trigger();
+        QCOMPARE(asked, QStringList{ResString(3001)});
+        QVERIFY(Data().DataSaved);
+        CommonDialog::SetResponder(nullptr);
+        ShutDown(m);
+        delete m;
+    }
+
     void aboutCreditsNeedTheWholeSequence() {
         frmMain *m = Start();
         QVERIFY(m);
