@@ -28,8 +28,11 @@ QString WritableDir() {
     if (CanWriteIn(app)) {
         g_writableDir = app;
     } else {
-        QString dir = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
-        if (dir.isEmpty()) dir = QDir::homePath() + QStringLiteral("/.config/Fluxmere");
+        // Named after the product, not the running program: the window and fluxmere-cli
+        // must find the same options.
+        QString base = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+        if (base.isEmpty()) base = QDir::homePath() + QStringLiteral("/.config");
+        const QString dir = base + QStringLiteral("/Fluxmere");
         QDir().mkpath(dir);
         g_writableDir = dir;
     }

@@ -7,7 +7,9 @@
 #include <gtest/gtest.h>
 #include <QDir>
 #include <QFile>
+#include <QCoreApplication>
 #include <QFileInfo>
+#include <QTemporaryDir>
 #include <QtEndian>
 #include <cstring>
 
@@ -119,4 +121,25 @@ TEST(Options, AFailedSaveKeepsThePreviousFile) {
     ASSERT_EQ(host.boxes.size(), 1u);
     EXPECT_TRUE(host.boxes[0].text.contains(QStringLiteral("SaveOptions")));
     EXPECT_EQ(test::ReadBytes(OptionsPath()), before);
+}
+
+// Where the program folder cannot take the options, the window and fluxmere-cli must
+// still meet in one folder, named after the product rather than the running program.
+TEST(OptionsPlace, FallsBackToOneFolderWhateverTheProgramIsCalled) {
+    QTemporaryDir home;
+    const QByteArray oldConfig = qgetenv("XDG_CONFIG_HOME");
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.path()));
+    const QString oldName = QCoreApplication::applicationName();
+    for (const char *name : {"fluxmere-cli", "Fluxmere"}) {
+        QCoreApplication::setApplicationName(QLatin1String(name));
+        SetAppDir(QStringLiteral("/nonexistent/program/folder"));
+        SetWritableDir(QString());
+        EXPECT_EQ(OptionsPath(), home.path() + QStringLiteral("/Fluxmere/Fluxmere.ini")) << name;
+        EXPECT_TRUE(QFileInfo(home.path() + QStringLiteral("/Fluxmere")).isDir());
+    }
+    QCoreApplication::setApplicationName(oldName);
+    SetAppDir(QString());
+    SetWritableDir(QString());
+    if (oldConfig.isEmpty()) qunsetenv("XDG_CONFIG_HOME");
+    else qputenv("XDG_CONFIG_HOME", oldConfig);
 }
