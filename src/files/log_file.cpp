@@ -11,9 +11,11 @@
 #include "core/regional.h"
 #include "core/safe_file.h"
 #include "files/field_reader.h"
+#include "files/log_recovery.h"
 #include "files/sample_text.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <cmath>
 
 namespace fm {
@@ -59,6 +61,15 @@ void ParseSample(std::string &line, float &x, float &y, float &z) {
     z = float(Val(b + p2, b + p3));
 }
 
+// An unclosed real-time log would be refused for its blank count: its complete lines
+// are offered back first.
+void OfferRecovery(const QString &fileName) {
+    const auto lines = UnclosedLogLines(fileName);
+    if (!lines || *lines <= 0) return;
+    const QString question = ResString(4401).arg(QFileInfo(fileName).fileName()).arg(*lines);
+    if (Host().MessBox(question, {}, 1, 0)) RecoverLog(fileName);
+}
+
 bool Load(const QString &fileName) {
     MeasurementData &d = Data();
     if (!QFile::exists(fileName)) {
@@ -66,6 +77,7 @@ bool Load(const QString &fileName) {
         return false;
     }
     if (fileName.right(4) == QLatin1String(".csv")) return OpenCsv(fileName);
+    OfferRecovery(fileName);
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly)) Raise(err::PermissionDenied, file.errorString());
     FieldReader in(file);

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QSerialPort>
 #include <QSerialPortInfo>
+#include <QThread>
 #include <QTimer>
 #include <algorithm>
 
@@ -19,6 +20,33 @@ SerialPort &Seriale() {
 SerialPort::SerialPort() : port_(std::make_unique<QSerialPort>()) {
     port_->setReadBufferSize(0);  // at least the 15000 bytes of the older control
     connect(port_.get(), &QSerialPort::readyRead, this, &SerialPort::Readable);
+    // A hung-up device wakes the loop without end: it is closed until the next command.
+    connect(port_.get(), &QSerialPort::errorOccurred, this, [this](QSerialPort::SerialPortError e) {
+        if (e == QSerialPort::ResourceError) QTimer::singleShot(0, this, [this] { Lose(); });
+    });
+}
+
+void SerialPort::Lose() {
+    if (!port_->isOpen()) return;
+    port_->close();
+    lost_ = true;
+}
+
+// The device may be back (plugged in again): the port opens as it did at first.
+bool SerialPort::Reopen() {
+    if (!port_->open(QIODevice::ReadWrite)) return false;
+    lost_ = false;
+    Configure();
+    return true;
+}
+
+void SerialPort::Configure() {
+    port_->setBaudRate(QSerialPort::Baud19200);
+    port_->setDataBits(QSerialPort::Data8);
+    port_->setParity(QSerialPort::NoParity);
+    port_->setStopBits(QSerialPort::OneStop);
+    port_->setFlowControl(QSerialPort::NoFlowControl);
+    port_->clear();
 }
 
 SerialPort::~SerialPort() = default;
@@ -39,14 +67,15 @@ void SerialPort::SetCommPort(int port) {
     commPort_ = port;
 }
 
-bool SerialPort::PortOpen() const { return port_->isOpen(); }
+bool SerialPort::PortOpen() const { return port_->isOpen() || lost_; }
 
 void SerialPort::SetPortOpen(bool open) {
     if (!open) {
+        lost_ = false;
         if (port_->isOpen()) port_->close();
         return;
     }
-    if (port_->isOpen()) Raise(8005, QStringLiteral("Port already open"));
+    if (PortOpen()) Raise(8005, QStringLiteral("Port already open"));
     const QString path = override_.isEmpty() ? DevicePath(commPort_) : override_;
     if (path.isEmpty()) Raise(8002, QStringLiteral("Invalid port number"));
     port_->setPortName(QFileInfo(path).isSymLink() ? QFileInfo(path).canonicalFilePath() : path);
@@ -56,15 +85,13 @@ void SerialPort::SetPortOpen(bool open) {
             why += QStringLiteral(" (on Linux, add your user to the dialout group and log in again)");
         Raise(8002, why);
     }
-    port_->setBaudRate(QSerialPort::Baud19200);
-    port_->setDataBits(QSerialPort::Data8);
-    port_->setParity(QSerialPort::NoParity);
-    port_->setStopBits(QSerialPort::OneStop);
-    port_->setFlowControl(QSerialPort::NoFlowControl);
-    port_->clear();
+    Configure();
 }
 
 void SerialPort::Output(const QByteArray &bytes) {
+    // A lost device takes the bytes nowhere, as an unplugged cable does: the reply's
+    // time-out then counts the failure.
+    if (lost_ && !Reopen()) return;
     if (!port_->isOpen()) Raise(8018, QStringLiteral("Operation valid only when the port is open"));
     port_->write(bytes);
     port_->flush();
@@ -105,7 +132,11 @@ void SerialPort::Readable() {
 }
 
 void SerialPort::WaitForInput(int ms) {
-    if (!port_->isOpen() || ms <= 0) return;
+    if (ms <= 0) return;
+    if (!port_->isOpen()) {
+        QThread::msleep(ulong(ms));  // nothing can come: sleep rather than spin
+        return;
+    }
     const int before = InBufferCount();
     // readyRead is emitted inside; Readable only queues, so no event handler runs here.
     port_->waitForReadyRead(ms);

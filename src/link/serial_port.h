@@ -54,6 +54,12 @@ private:
     int commEvent_ = 0;
     bool eventPending_ = false;
     QString override_;
+    // The device went away under the open port (unplugged, or the far end of a
+    // pseudo-terminal closed). The port counts as open; the next output tries again.
+    bool lost_ = false;
+    void Lose();
+    bool Reopen();
+    void Configure();  // 19200 baud, 8 data bits, no parity, 1 stop bit
 };
 
 // The port of the application.

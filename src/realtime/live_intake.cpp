@@ -8,6 +8,7 @@
 #include "core/regional.h"
 #include "link/packet.h"
 #include "realtime/live_display.h"
+#include "realtime/live_mode.h"
 #include "realtime/live_record.h"
 #include "realtime/realtime_log.h"
 
@@ -70,7 +71,13 @@ void SplitDataReadData() {
         UpdateRTInfo();
         // The log being open is the condition of the display.
         if (Shared().RealTimeLogFile <= 0) return;
-        AppendLiveLine(r.sample[0], r.sample[1], r.sample[2]);
+        if (!AppendLiveLine(r.sample[0], r.sample[1], r.sample[2])) {
+            // A full disk: measuring on without a log would lose every later sample.
+            rt.LogFailed = true;
+            RealTimeView(QStringLiteral("Stop"));
+            Host().MessBox(ResString(4405).arg(rt.RealTimeLines), {}, 0, 1);
+            return;
+        }
         if (LiveDisplay *d = TheLiveDisplay())
             d->AggiornaDisegno(r.sample[0], r.sample[1], r.sample[2], true);
     });

@@ -12,6 +12,9 @@
 #include "realtime/live_record.h"
 #include "realtime/realtime_log.h"
 
+#include <QEventLoop>
+#include <QTimer>
+
 namespace fm {
 namespace {
 int g_periodMs = 3000;
@@ -27,7 +30,12 @@ void ViewTimer() {
 }
 
 void WaitForIdleLink() {
-    while (Shared().CurrentCommand != QLatin1String("254")) Host().DoEvents();
+    // Sleeps between looks: the reply or its time-out comes as an event.
+    while (Shared().CurrentCommand != QLatin1String("254")) {
+        QEventLoop pause;
+        QTimer::singleShot(20, &pause, &QEventLoop::quit);
+        pause.exec();
+    }
 }
 
 bool RealTimeView(const QString &action) {
@@ -51,8 +59,14 @@ bool RealTimeView(const QString &action) {
                 rt.RTLongID = QStringLiteral("-");
             }
             rt.RTCount = 0;
+            rt.LogFailed = false;
             if (display) display->ClearChart();
-            OpenLastLog();
+            if (!OpenLastLog()) {
+                // Without its log live mode would measure into nothing: it does not start.
+                for (int b : {11, 10, 7}) Host().SetButtonEnabled(b, true);
+                if (display) display->SetButtons(false);
+                return false;
+            }
             KillTimer(s.KeepAliveTimer);
             s.KeepAliveTimer = 0;
             s.LiveTimer = SetTimer(g_periodMs, [] { ViewTimer(); });

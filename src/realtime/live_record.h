@@ -24,6 +24,8 @@ struct LiveRecord {
     // Lines written to the real-time log since it was opened, and where its count goes.
     int64_t RealTimeLines = 0;
     int64_t RealTimeCountPos = 0;
+    // A line could not be written: live mode stopped, the log keeps what reached it.
+    bool LogFailed = false;
 
     // Makes room for sample RTCount, keeping the earlier ones.
     void Grow();

@@ -5,6 +5,7 @@
 #include "core/data_set.h"
 #include "core/fault.h"
 #include "core/regional.h"
+#include "files/log_recovery.h"
 #include "files/sample_text.h"
 #include "realtime/live_record.h"
 
@@ -24,14 +25,27 @@ std::unique_ptr<QFile> &LogFile() {
     return file;
 }
 
+qint64 g_goodSize = 0;  // the log up to its last line wholly on disk
+
 QByteArray Quoted(const QString &text) {
     return '"' + ToCp1252(text) + "\"\r\n";
 }
 
+// Each line reaches the disk before the next sample (a crash keeps what was measured).
+// A line that does not get there whole is cut off again, so the count written at the
+// close always matches the lines on disk.
 void Write(const QByteArray &bytes) {
     QFile *f = LogFile().get();
-    if (!f || f->write(bytes) != bytes.size()) Raise(err::DeviceIO, f ? f->errorString() : QString());
-    f->flush();  // a crash keeps what was measured so far
+    if (!f) Raise(err::DeviceIO);
+    if (f->write(bytes) == bytes.size() && f->flush()) {
+        g_goodSize = f->pos();
+        return;
+    }
+    const QString cause = f->errorString();
+    f->unsetError();
+    f->resize(g_goodSize);
+    f->seek(g_goodSize);
+    Raise(err::DeviceIO, cause);
 }
 }  // namespace
 
@@ -51,8 +65,10 @@ bool OpenLastLog() {
         if (QFile::exists(path) && !QFile::remove(path)) Raise(err::PermissionDenied);
         auto file = std::make_unique<QFile>(path);
         Shared().RealTimeLogFile = 1;
-        if (!file->open(QIODevice::WriteOnly)) Raise(err::PathAccess, file->errorString());
+        // Unbuffered: a line that fails leaves nothing behind to be flushed later.
+        if (!file->open(QIODevice::WriteOnly | QIODevice::Unbuffered)) Raise(err::PathAccess, file->errorString());
         LogFile() = std::move(file);
+        g_goodSize = 0;
         LiveRecord &rt = Live();
         Write(Quoted(QStringLiteral("Field Activity Log")));
         // One step ahead: the first sample arrives one period after the opening.
@@ -77,21 +93,18 @@ void CloseLastLog() {
     TrapVoid("CloseLastLog", [] {
         LogFile().reset();
         const LiveRecord &rt = Live();
-        if (rt.RealTimeCountPos > 0) {
-            QFile f(RealTimeLogPath());
-            if (!f.open(QIODevice::ReadWrite) || !f.seek(rt.RealTimeCountPos - 1))
-                Raise(err::PathAccess, f.errorString());
-            const QByteArray count = Str(rt.RealTimeLines).toLatin1();
-            if (f.write(count) != count.size()) Raise(err::DeviceIO, f.errorString());
-        }
+        if (rt.RealTimeCountPos > 0) PatchLogCount(RealTimeLogPath(), rt.RealTimeCountPos - 1, rt.RealTimeLines);
         Shared().RealTimeLogFile = 0;
     });
 }
 
-void AppendLiveLine(float x, float y, float z) {
-    QByteArray line;
-    SampleWriter().Append(line, x, y, z);
-    Write(line);
-    ++Live().RealTimeLines;
+bool AppendLiveLine(float x, float y, float z) {
+    return Trap("AppendLiveLine", false, [&] {
+        QByteArray line;
+        SampleWriter().Append(line, x, y, z);
+        Write(line);
+        ++Live().RealTimeLines;
+        return true;
+    });
 }
 }  // namespace fm

@@ -12,6 +12,7 @@ void SetRealTimeLogPath(const QString &path);
 
 bool OpenLastLog();
 void CloseLastLog();
-// One sample line, counted for the close.
-void AppendLiveLine(float x, float y, float z);
+// One sample line, counted for the close. False (the fault reported) when it did not
+// reach the disk whole; the log then ends with the line before.
+bool AppendLiveLine(float x, float y, float z);
 }  // namespace fm

@@ -11,6 +11,8 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
+#include <csignal>
+#include <sys/resource.h>
 
 namespace {
 struct Result {
@@ -210,4 +212,71 @@ TEST_F(CliTest, ASessionProgrammedTodayUploadsWhatItRecorded) {
     EXPECT_EQ(o.value(QStringLiteral("DataStep")).toInt(), 10);
     sim.terminate();
     sim.waitForFinished(3000);
+}
+
+// Ctrl+C on a live run closes its log as the Stop button does: the count is filled in and
+// the log loads. A lost logger and a log that cannot be made end with a word and a failure.
+TEST_F(CliTest, LiveEndsWithAClosedLogWhateverStopsIt) {
+    QProcess sim;
+    sim.start(QStringLiteral(FLUXMERE_SIM), {QStringLiteral("--fast")});
+    ASSERT_TRUE(sim.waitForReadyRead(5000));
+    const QString port = QString::fromLocal8Bit(sim.readLine()).trimmed();
+    const QString rt = dir.filePath(QStringLiteral("interrupted.log"));
+    QProcess live;
+    live.start(QStringLiteral(FLUXMERE_CLI), {"--options", options, "--lang", "en", "live", "--port", port,
+                                              "--count", "100", "-o", rt});
+    ASSERT_TRUE(live.waitForReadyRead(10000));  // the first sample is out
+    ::kill(pid_t(live.processId()), SIGINT);
+    ASSERT_TRUE(live.waitForFinished(10000));
+    EXPECT_EQ(live.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(live.exitCode(), 128 + SIGINT);
+    EXPECT_TRUE(QString::fromUtf8(live.readAllStandardError()).contains(QStringLiteral("Live mode interrupted")));
+    const QJsonObject o = QJsonDocument::fromJson(Run({"info", "--json", rt}).out.toUtf8()).object();
+    EXPECT_GE(o.value(QStringLiteral("DataCount")).toInt(), 1);
+
+    // The logger goes away mid-run: polling ends after its failures, without spinning.
+    const QString lostLog = dir.filePath(QStringLiteral("lost.log"));
+    live.start(QStringLiteral(FLUXMERE_CLI), {"--options", options, "--lang", "en", "live", "--port", port,
+                                              "--count", "100", "-o", lostLog});
+    ASSERT_TRUE(live.waitForReadyRead(10000));
+    sim.kill();
+    sim.waitForFinished(3000);
+    rusage before{}, after{};
+    getrusage(RUSAGE_CHILDREN, &before);
+    ASSERT_TRUE(live.waitForFinished(30000));
+    getrusage(RUSAGE_CHILDREN, &after);
+    const double cpu = double(after.ru_utime.tv_sec - before.ru_utime.tv_sec + after.ru_stime.tv_sec -
+                              before.ru_stime.tv_sec);
+    EXPECT_LT(cpu, 3.0) << "the lost logger was waited for by spinning";
+    EXPECT_EQ(live.exitCode(), 1);
+    EXPECT_TRUE(QString::fromUtf8(live.readAllStandardError()).contains(QStringLiteral("stopped answering")));
+    EXPECT_EQ(Run({"info", "--json", lostLog}).code, 0);
+
+    // A log that cannot be made: no live mode at all.
+    QProcess again;
+    again.start(QStringLiteral(FLUXMERE_SIM), {QStringLiteral("--fast")});
+    ASSERT_TRUE(again.waitForReadyRead(5000));
+    const QString port2 = QString::fromLocal8Bit(again.readLine()).trimmed();
+    const Result nowhere = Run({"--lang", "en", "live", "--port", port2, "--count", "1", "-o",
+                                dir.filePath(QStringLiteral("no/such/folder/rt.log"))});
+    EXPECT_EQ(nowhere.code, 1);
+    EXPECT_TRUE(nowhere.err.contains(QStringLiteral("OpenLastLog"))) << qPrintable(nowhere.err);
+    EXPECT_TRUE(nowhere.out.isEmpty());
+    again.terminate();
+    again.waitForFinished(3000);
+}
+
+TEST_F(CliTest, RecoverClosesALogLeftOpenByACrash) {
+    const QString crashed = dir.filePath(QStringLiteral("crashed.log"));
+    fm::test::WriteBytes(crashed, "\"Field Activity Log\"\r\n\"14/10/2026 08:00:00\"\r\n\" 3s\"\r\n          \r\n"
+                                  "\"CAB\"\r\n\"Via Po\"\r\n\"0.10 0.20 0.30  0\"\r\n\"0.40 0.50 0.60  0\"\r\n\"0.7");
+    EXPECT_EQ(Run({"info", crashed}).code, 1);  // refused, and nobody said yes
+    const Result r = Run({"--lang", "en", "recover", crashed});
+    ASSERT_EQ(r.code, 0) << qPrintable(r.err);
+    EXPECT_EQ(r.out, QStringLiteral("Log recovered: 2 samples.\n"));
+    EXPECT_TRUE(fm::test::ReadBytes(crashed).endsWith("\"0.40 0.50 0.60  0\"\r\n"));
+    EXPECT_TRUE(Run({"--lang", "en", "info", crashed}).out.contains(QStringLiteral("Samples: 2\n")));
+    const Result again = Run({"--lang", "en", "recover", crashed});
+    EXPECT_EQ(again.code, 1);
+    EXPECT_TRUE(again.err.contains(QStringLiteral("not a real-time log left open")));
 }

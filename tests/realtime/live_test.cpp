@@ -5,6 +5,7 @@
 #include "core/language.h"
 #include "core/regional.h"
 #include "files/log_file.h"
+#include "files/log_recovery.h"
 #include "link/link_state.h"
 #include "link/serial_port.h"
 #include "link/supervision.h"
@@ -22,7 +23,11 @@
 #include "support/test_env.h"
 
 #include <gtest/gtest.h>
+#include <QFileInfo>
+#include <algorithm>
 #include <cmath>
+#include <csignal>
+#include <sys/resource.h>
 
 using namespace fm;
 
@@ -206,7 +211,7 @@ TEST_F(LiveRunTest, DozensOfPollsWithARefusalLoggedAndReadBack) {
     ASSERT_TRUE(SelectPort(0));
     ASSERT_TRUE(InitCommunication());
     ASSERT_NE(Shared().KeepAliveTimer, 0);
-    SetLivePeriodForTests(60);
+    SetLivePeriodForTests(150);  // short, yet longer than a reply takes on a busy machine
     ASSERT_TRUE(RealTimeView(QStringLiteral("Start")));
     EXPECT_EQ(Shared().KeepAliveTimer, 0);  // the keep-alive pauses while live mode runs
     EXPECT_TRUE(view.running);
@@ -294,4 +299,68 @@ TEST_F(LiveRunTest, WithoutIdentificationTheSensitiveRangeIsFiveMicrotesla) {
     WaitForIdleLink();
     RealTimeView(QStringLiteral("Stop"));
     EXPECT_FLOAT_EQ(Live().RTY[1], 1.25f);  // 256 counts of 5 µT full scale
+}
+
+// A full disk in the middle of a run: live mode stops at the first line that does not
+// get there, with its message, and the log keeps a count that matches its lines.
+TEST_F(LiveRunTest, AFullDiskStopsLiveModeWithALogThatLoads) {
+    test::Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast")});
+    ASSERT_TRUE(SelectPort(0));
+    ASSERT_TRUE(InitCommunication());
+    SetLivePeriodForTests(40);
+    ASSERT_TRUE(RealTimeView(QStringLiteral("Start")));
+    RunUntil(3, 10000);
+    // A file-size limit is a full disk for whoever writes: the next lines fail.
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    rlimit small = old;
+    small.rlim_cur = rlim_t(QFileInfo(RealTimeLogPath()).size() + 40);
+    setrlimit(RLIMIT_FSIZE, &small);
+    RunUntil(1000, 10000);
+    setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, oldHandler);
+    EXPECT_EQ(Shared().LiveTimer, 0);
+    EXPECT_TRUE(Live().LogFailed);
+    EXPECT_EQ(host.LastBox(), ResString(4405).arg(Live().RealTimeLines));
+    EXPECT_FALSE(view.running);
+    const QList<QByteArray> lines = test::ReadBytes(RealTimeLogPath()).split('\n');
+    ASSERT_EQ(lines.size(), 6 + Live().RealTimeLines + 1);  // no piece of a line behind the last
+    EXPECT_TRUE(lines.last().isEmpty());
+    EXPECT_GE(Live().RealTimeLines, 3);
+    ASSERT_TRUE(LoadFile(RealTimeLogPath()));
+    EXPECT_EQ(Data().DataCount, Live().RealTimeLines);
+}
+
+// A log left open by a crash: its complete lines come back, a half-written one does not.
+TEST_F(LiveLogTest, AnUnclosedLogIsRecoveredWithItsCompleteLines) {
+    ASSERT_TRUE(OpenLastLog());
+    for (int i = 0; i < 4; ++i) AppendLiveLine(1.0f + float(i), 0.5f, 0.25f);
+    const QString path = RealTimeLogPath();
+    // The process dies here: no close, and a line only half on disk.
+    {
+        QFile f(path);
+        ASSERT_TRUE(f.open(QIODevice::Append));
+        f.write("\"9.99 9.");
+    }
+    const QString copy = fresh.Dir().filePath(QStringLiteral("crashed.log"));
+    ASSERT_TRUE(QFile::copy(path, copy));
+    EXPECT_EQ(UnclosedLogLines(copy), std::optional<qint64>(4));
+    // Declined: refused as before, and left as it was.
+    host.defaultAnswer = false;
+    EXPECT_FALSE(LoadFile(copy));
+    EXPECT_EQ(host.LastBox(), ResString(25));
+    EXPECT_TRUE(std::any_of(host.boxes.begin(), host.boxes.end(), [](const test::Box &b) {
+        return b.text == ResString(4401).arg(QStringLiteral("crashed.log")).arg(4);
+    }));
+    // Accepted: recovered in place, then loaded.
+    host.defaultAnswer = true;
+    ASSERT_TRUE(LoadFile(copy));
+    EXPECT_EQ(Data().DataCount, 4);
+    EXPECT_FLOAT_EQ(Data().DataX[4], 4.0f);
+    EXPECT_FALSE(test::ReadBytes(copy).contains("9.99"));
+    EXPECT_FALSE(UnclosedLogLines(copy).has_value());  // closed now
+    // A closed log, or any other file, is no candidate.
+    EXPECT_FALSE(UnclosedLogLines(fresh.Dir().filePath(QStringLiteral("none.log"))).has_value());
+    EXPECT_FALSE(RecoverLog(copy).has_value());
 }

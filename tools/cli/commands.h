@@ -25,4 +25,6 @@ int Stop(const QString &port);
 int Upload(const QString &port, const QString &out);
 // Live mode for `count` samples; the real-time log in its usual place unless `out` names one.
 int LiveRun(const QString &port, int count, const QString &out);
+// Writes the count of a real-time log left open by a crash; its half-written last line goes.
+int Recover(const QString &file);
 }  // namespace fm::cli

@@ -2,6 +2,7 @@
 // viewer leaves it.
 #include "commands.h"
 #include "core/data_set.h"
+#include "core/interrupts.h"
 #include "core/host.h"
 #include "core/language.h"
 #include "core/options.h"
@@ -9,6 +10,7 @@
 #include "link/serial_port.h"
 #include "link/supervision.h"
 #include "link/transaction.h"
+#include "files/log_recovery.h"
 #include "realtime/live_display.h"
 #include "realtime/live_intake.h"
 #include "realtime/live_mode.h"
@@ -67,14 +69,37 @@ int LiveRun(const QString &port, int count, const QString &out) {
     std::fprintf(stderr, "%s: %s\n", qPrintable(ResString(4075)), qPrintable(RealTimeLogPath()));
     if (!RealTimeView(QStringLiteral("Start"))) {
         SetLiveDisplay(nullptr);
+        DropCommunication();
         return kFailed;
     }
-    // Until enough samples came, or polling stopped (a poll met a command in flight).
-    while (Live().RTCount < count && Shared().LiveTimer != 0) RunEventsFor(50);
+    // Ctrl+C and the like stop as the Stop button does: the log keeps its count.
+    WatchInterrupts([](int) {});
+    // Until enough samples came, polling stopped (the logger was lost, the log could not
+    // be written) or the run was interrupted.
+    while (Live().RTCount < count && Shared().LiveTimer != 0 && !InterruptSignal()) RunEventsFor(50);
+    const bool lost = Shared().LiveTimer == 0 && !Live().LogFailed && Live().RTCount < count;
     WaitForIdleLink();
-    RealTimeView(QStringLiteral("Stop"));
+    if (Shared().LiveTimer != 0 || Shared().RealTimeLogFile > 0) RealTimeView(QStringLiteral("Stop"));
     SetLiveDisplay(nullptr);
     DropCommunication();
-    return Live().RTCount >= count ? kOk : kFailed;
+    const auto lines = qlonglong(Live().RealTimeLines);
+    if (const int sig = InterruptSignal()) {
+        std::fprintf(stderr, "%s\n", qPrintable(ResString(4404).arg(lines)));
+        return 128 + sig;
+    }
+    if (lost) std::fprintf(stderr, "%s\n", qPrintable(ResString(4403).arg(lines)));
+    return Live().RTCount >= count && !Live().LogFailed ? kOk : kFailed;
+}
+
+int Recover(const QString &file) {
+    const auto lines = UnclosedLogLines(file);
+    if (!lines) {
+        std::fprintf(stderr, "fluxmere-cli: %s\n", qPrintable(ResString(4406)));
+        return kFailed;
+    }
+    const auto written = RecoverLog(file);
+    if (!written) return kFailed;
+    std::printf("%s\n", qPrintable(ResString(4402).arg(qlonglong(*written))));
+    return kOk;
 }
 }  // namespace fm::cli

@@ -40,7 +40,10 @@ const char kUsageText[] =
     "  stop --port DEV                         stop the running session\n"
     "  upload --port DEV -o FILE               copy the logger's memory into a log file\n"
     "  live --port DEV --count N [-o FILE]     live mode for N samples (one every 3 s), printed;\n"
-    "                                          the real-time log goes to FILE or RealTime.log\n"
+    "                                          the real-time log goes to FILE or RealTime.log;\n"
+    "                                          Ctrl+C stops it with the log closed\n"
+    "  recover FILE         count the complete lines of a real-time log left open by a crash\n"
+    "                       or a power cut, and close it so that it loads\n"
     "\n"
     "Options:\n"
     "  --options FILE       the options file to read (never written)\n"
@@ -175,6 +178,10 @@ int main(int argc, char **argv) {
         if (kind == QLatin1String("time") && (limits.min || limits.max || limits.classes))
             return Usage("--min, --max and --classes belong to the statistics chart");
         return cli::Chart(rest[0], kind, limits, out);
+    }
+    if (cmd == QLatin1String("recover")) {
+        if (rest.size() != 1) return Usage("recover takes one file");
+        return cli::Recover(rest[0]);
     }
     if (cmd == QLatin1String("convert")) {
         if (rest.size() != 2) return Usage("convert takes an input and an output file");

@@ -8,6 +8,10 @@
 #include "core/widgets/frm_splash.h"
 #include "files/file_names.h"
 #include "files/log_file.h"
+#include "files/log_recovery.h"
+#include "core/interrupts.h"
+#include "realtime/live_mode.h"
+#include "realtime/realtime_log.h"
 #include "link/serial_port.h"
 #include "link/timers.h"
 #include "link/transaction.h"
@@ -25,6 +29,7 @@
 #include <QPointer>
 
 #include <cstdlib>
+#include <unistd.h>
 
 namespace fm {
 namespace {
@@ -54,6 +59,16 @@ SplashHost &StartingHost() {
     return host;
 }
 } // namespace
+
+// A live log that a crash or a power cut left open would be refused when loaded.
+static void OfferLiveLogRecovery() {
+    const QString path = RealTimeLogPath();
+    const auto lines = UnclosedLogLines(path);
+    if (!lines || *lines <= 0) return;
+    if (Host().MessBox(ResString(4401).arg(QFileInfo(path).fileName()).arg(*lines), {}, 1, 0)) {
+        if (const auto n = RecoverLog(path)) Host().MessBox(ResString(4402).arg(qlonglong(*n)), {}, 2, 1);
+    }
+}
 
 bool StartUp(int splashMs, const QStringList &arguments) {
     return Trap("Main", false, [&] {
@@ -103,6 +118,7 @@ bool StartUp(int splashMs, const QStringList &arguments) {
         case 2: main->showMaximized(); break;
         default: break;
         }
+        OfferLiveLogRecovery();
         if (Options().ConnectOnStart) main->tbrToolbar_ButtonClick(6);
         GestioneCommandLine(CommandTail(arguments), [main] { main->OpenRequestedForms(); });
         return true;
@@ -149,6 +165,15 @@ void ShutDown(QWidget *form) {
 int Main(int argc, char **argv) {
     QApplication app(argc, argv);
     app.setApplicationName(QStringLiteral("Fluxmere"));
+    // Ended from outside (logout, kill, Ctrl+C in a terminal): a running live log is
+    // closed with its count first, so that it loads; then the process ends at once.
+    WatchInterrupts([](int sig) {
+        if (Shared().RealTimeLogFile > 0) {
+            WaitForIdleLink();
+            RealTimeView(QStringLiteral("Stop"));
+        }
+        ::_exit(128 + sig);
+    });
     app.setQuitOnLastWindowClosed(true);
     if (!StartUp(3000, app.arguments().mid(1))) return 1;
     const int rc = app.exec();

@@ -6,6 +6,8 @@
 #include "core/language.h"
 #include "core/options.h"
 #include "core/regional.h"
+#include "files/log_file.h"
+#include "realtime/realtime_log.h"
 #include "shell/widgets/frm_about.h"
 #include "shell/widgets/frm_date.h"
 #include "shell/widgets/frm_info.h"
@@ -303,6 +305,36 @@ private slots:
         CommonDialog::SetResponder(nullptr);
         ShutDown(m);
         delete m;
+    }
+
+    // A live log that a crash left open is offered back at the next start, and loads after.
+    void aLiveLogLeftOpenIsOfferedBackAtStart() {
+        const QString path = RealTimeLogPath();
+        test::WriteBytes(path, "\"Field Activity Log\"\r\n\"14/10/2026 08:00:00\"\r\n\" 3s\"\r\n          \r\n"
+                               "\"CAB\"\r\n\"Via Po\"\r\n\"0.10 0.20 0.30  0\"\r\n\"0.40 0.50 0.60  0\"\r\n\"0.7");
+        QStringList asked;
+        test::WhenModal([&](QWidget *w) {
+            auto *question = qobject_cast<frmMessageBox *>(w);
+            QVERIFY(question);
+            asked << question->lblMessage->text();
+            test::WhenModal([&](QWidget *w2) {
+                auto *notice = qobject_cast<frmMessageBox *>(w2);
+                QVERIFY(notice);
+                asked << notice->lblMessage->text();
+                notice->btnOK->click();
+            });
+            question->btnOK->click();
+        });
+        frmMain *m = Start();
+        QVERIFY(m);
+        QCOMPARE(asked, (QStringList{ResString(4401).arg(QStringLiteral("RealTime.log")).arg(2),
+                                     ResString(4402).arg(2)}));
+        QVERIFY(LoadFile(path));
+        QCOMPARE(Data().DataCount, 2);
+        Data().DataSaved = true;
+        ShutDown(m);
+        delete m;
+        QFile::remove(path);
     }
 
     void aboutCreditsNeedTheWholeSequence() {
