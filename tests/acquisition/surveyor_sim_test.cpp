@@ -107,17 +107,6 @@ TEST_F(SurveyorSimTest, BlocksGapsAndAnOverlapArriveAsSent) {
     EXPECT_EQ(Data().DataStart, DateFromParts(2026, 3, 2, 8, 0));
 }
 
-TEST_F(SurveyorSimTest, ALongerStepStretchesTheAxisAfterAGap) {
-    Start({"--blocks", "3", "--records", "50", "--step", "5", "--gap", "7"});
-    ASSERT_TRUE(DownloadSurveyorData());
-    const QStringList expected = Expected();
-    ASSERT_EQ(Data().DataCount, 50 + 7 + 50);
-    ASSERT_EQ(expected.size(), Data().DataCount);
-    ExpectSamples(1, Data().DataCount, expected);
-    EXPECT_EQ(Data().DataStep, 5);
-    EXPECT_EQ(SurveyorEnd(), DateAdd(QStringLiteral("n"), 5.0 * 107, Data().DataStart));
-}
-
 TEST_F(SurveyorSimTest, FaultsInsideABlockLetTheImportGoOn) {
     for (const char *fault : {"bad-date", "too-many-records"}) {
         SCOPED_TRACE(fault);
