@@ -16,6 +16,8 @@ Silent g_host;
 
 void Check() {
     const fm::MeasurementData &d = fm::Data();
+    // A fresh record has no arrays yet; once a block is in, they hold every sample.
+    if (d.DataCount == 0) return;
     const size_t n = size_t(d.DataCount) + 1;
     if (d.DataCount < 0 || d.DataX.size() < n || d.DataY.size() < n || d.DataZ.size() < n ||
         d.DataValue.size() < n)
