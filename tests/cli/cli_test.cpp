@@ -190,7 +190,8 @@ TEST_F(CliTest, LiveModeLeavesTheRealTimeLog) {
 
 TEST_F(CliTest, ImportSurveyorWritesTheLogOnlyWhenDataCame) {
     const auto unit = [](QProcess &p, const QStringList &args) {
-        p.start(QStringLiteral(FLUXMERE_SURVEYOR_SIM), QStringList{"--fast", "--start", "2026-03-02T08:00"} + args);
+        p.start(QStringLiteral(FLUXMERE_SURVEYOR_SIM),
+                QStringList{"--fast", "--start", "2026-03-02T08:00"} + args);
         EXPECT_TRUE(p.waitForReadyRead(5000));
         return QString::fromLocal8Bit(p.readLine()).trimmed();
     };
@@ -214,7 +215,8 @@ TEST_F(CliTest, ImportSurveyorWritesTheLogOnlyWhenDataCame) {
     for (const char *fault : {"zero-blocks", "cut-block"}) {
         SCOPED_TRACE(fault);
         QProcess sim;
-        const QString port = unit(sim, {"--blocks", "1", "--records", "10", "--fault", fault, "--fault-block", "0"});
+        const QString port =
+            unit(sim, {"--blocks", "1", "--records", "10", "--fault", fault, "--fault-block", "0"});
         const QString none = dir.filePath(QStringLiteral("none.log"));
         const Result r = Run({"import-surveyor", "--port", port, "-o", none});
         EXPECT_EQ(r.code, 1);
