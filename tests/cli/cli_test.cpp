@@ -280,3 +280,40 @@ TEST_F(CliTest, RecoverClosesALogLeftOpenByACrash) {
     EXPECT_EQ(again.code, 1);
     EXPECT_TRUE(again.err.contains(QStringLiteral("not a real-time log left open")));
 }
+
+TEST_F(CliTest, ImportSurveyorWritesTheLogOnlyWhenDataCame) {
+    const auto unit = [](QProcess &p, const QStringList &args) {
+        p.start(QStringLiteral(FLUXMERE_SURVEYOR_SIM),
+                QStringList{"--fast", "--start", "2026-03-02T08:00"} + args);
+        EXPECT_TRUE(p.waitForReadyRead(5000));
+        return QString::fromLocal8Bit(p.readLine()).trimmed();
+    };
+    const QString out = dir.filePath(QStringLiteral("surveyor.log"));
+    {
+        QProcess sim;
+        const QString port = unit(sim, {"--blocks", "3", "--records", "40", "--gap", "5"});
+        const Result r = Run({"--lang", "en", "import-surveyor", "--port", port, "-o", out});
+        ASSERT_EQ(r.code, 0) << qPrintable(r.err);
+        EXPECT_TRUE(r.out.contains(QStringLiteral("Samples: 85")));
+        const Result info = Run({"info", "--json", out});
+        EXPECT_TRUE(info.out.contains(QStringLiteral("\"DataCount\": 85"))) << qPrintable(info.out);
+        EXPECT_TRUE(info.out.contains(QStringLiteral("\"DataStart\": \"2026-03-02T08:00:00\"")));
+        // An existing log is replaced only with --yes.
+        const QByteArray before = fm::test::ReadBytes(out);
+        EXPECT_EQ(Run({"import-surveyor", "--port", port, "-o", out}).code, 1);
+        EXPECT_EQ(fm::test::ReadBytes(out), before);
+        EXPECT_EQ(Run({"--yes", "import-surveyor", "--port", port, "-o", out}).code, 0);
+        EXPECT_EQ(Run({"import-surveyor", "--port", port}).code, 64);
+    }
+    for (const char *fault : {"zero-blocks", "cut-block"}) {
+        SCOPED_TRACE(fault);
+        QProcess sim;
+        const QString port =
+            unit(sim, {"--blocks", "1", "--records", "10", "--fault", fault, "--fault-block", "0"});
+        const QString none = dir.filePath(QStringLiteral("none.log"));
+        const Result r = Run({"import-surveyor", "--port", port, "-o", none});
+        EXPECT_EQ(r.code, 1);
+        EXPECT_FALSE(r.err.isEmpty());
+        EXPECT_FALSE(QFile::exists(none));
+    }
+}

@@ -1,6 +1,6 @@
 #pragma once
-// The QL540 simulator on a pseudo-terminal linked as "com1" in a test's folder, with
-// its control FIFO for faults.
+// A simulator on a pseudo-terminal linked as "com1" in a test's folder: the QL540 one
+// with its control FIFO for faults, or the Surveyor one, whose faults are fixed at start.
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
@@ -10,10 +10,12 @@
 namespace fm::test {
 class Simulator {
 public:
-    Simulator(const QString &dir, QStringList args) : dir_(dir) {
-        args << QStringLiteral("--link") << dir + QStringLiteral("/com1") << QStringLiteral("--control")
-             << dir + QStringLiteral("/ctl");
-        proc_.start(QStringLiteral(FLUXMERE_SIM), args);
+    Simulator(const QString &dir, QStringList args, const QString &program = QStringLiteral(FLUXMERE_SIM))
+        : dir_(dir) {
+        args << QStringLiteral("--link") << dir + QStringLiteral("/com1");
+        if (program == QLatin1String(FLUXMERE_SIM))
+            args << QStringLiteral("--control") << dir + QStringLiteral("/ctl");
+        proc_.start(program, args);
         proc_.waitForReadyRead(5000);
         device = QString::fromLocal8Bit(proc_.readLine()).trimmed();
     }
@@ -29,10 +31,20 @@ public:
     }
     QString device;
 
+    // What the simulator wrote to its standard error so far.
+    QString Errors() { return QString::fromLocal8Bit(proc_.readAllStandardError()); }
+
 private:
     QString dir_;
     QProcess proc_;
 };
+
+#ifdef FLUXMERE_SURVEYOR_SIM
+// The Surveyor simulator, paced at the line rate unless `args` holds --fast.
+inline Simulator SurveyorSimulator(const QString &dir, const QStringList &args) {
+    return Simulator(dir, args, QStringLiteral(FLUXMERE_SURVEYOR_SIM));
+}
+#endif
 
 // Lets the event loop run for `ms`, as the application does between commands.
 inline void RunEvents(int ms) {

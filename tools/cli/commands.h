@@ -23,6 +23,8 @@ int Program(const QString &port, const QString &step, const QString &unit, const
             const QString &stop, const QString &clock);
 int Stop(const QString &port);
 int Upload(const QString &port, const QString &out);
+// A Surveyor unit's stored data into a log file.
+int ImportSurveyor(const QString &port, const QString &out);
 // Live mode for `count` samples; the real-time log in its usual place unless `out` names one.
 int LiveRun(const QString &port, int count, const QString &out);
 // Writes the count of a real-time log left open by a crash; its half-written last line goes.

@@ -39,6 +39,7 @@ const char kUsageText[] =
     "                                          clock to DATE instead of now\n"
     "  stop --port DEV                         stop the running session\n"
     "  upload --port DEV -o FILE               copy the logger's memory into a log file\n"
+    "  import-surveyor --port DEV -o FILE      copy a Surveyor unit's stored data into a log file\n"
     "  live --port DEV --count N [-o FILE]     live mode for N samples (one every 3 s), printed;\n"
     "                                          the real-time log goes to FILE or RealTime.log;\n"
     "                                          Ctrl+C stops it with the log closed\n"
@@ -188,7 +189,7 @@ int main(int argc, char **argv) {
         return cli::Convert(rest[0], rest[1]);
     }
     static const QStringList linkCommands = {"status", "read-id", "write-id", "program",
-                                             "stop",   "upload",  "live"};
+                                             "stop",   "upload",  "live",     "import-surveyor"};
     if (linkCommands.contains(cmd)) {
         if (port.isEmpty()) return Usage("the logger's commands need --port DEV");
         if (cmd == QLatin1String("status") && rest.isEmpty()) return cli::Status(port);
@@ -199,6 +200,8 @@ int main(int argc, char **argv) {
             return cli::Program(port, step, unit, start, stop, clock);
         if (cmd == QLatin1String("stop") && rest.isEmpty()) return cli::Stop(port);
         if (cmd == QLatin1String("upload") && rest.isEmpty() && !out.isEmpty()) return cli::Upload(port, out);
+        if (cmd == QLatin1String("import-surveyor") && rest.isEmpty() && !out.isEmpty())
+            return cli::ImportSurveyor(port, out);
         if (cmd == QLatin1String("live") && rest.isEmpty()) {
             bool ok = false;
             const int n = count.toInt(&ok);

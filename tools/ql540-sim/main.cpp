@@ -1,6 +1,7 @@
 // ql540-sim: a QL540 logger on a pseudo-terminal, for tests and for trying Fluxmere
 // without the instrument.
 #include "device.h"
+#include "pty_line.h"
 
 #include <cerrno>
 #include <chrono>
@@ -18,11 +19,9 @@
 #include <unistd.h>
 
 namespace {
-volatile std::sig_atomic_t g_stop = 0;
+using simpty::g_stop;
 std::string g_link;
 FILE *g_log = nullptr;
-
-void OnSignal(int) { g_stop = 1; }
 
 void Usage() {
     std::fputs("Usage: ql540-sim [--link PATH] [--memory 4096|8192|32768|65536] [--samples N] [--fast]\n"
@@ -40,26 +39,6 @@ void Hex(const char *what, const std::vector<uint8_t> &bytes) {
     for (size_t i = 0; i < bytes.size() && i < 64; ++i) std::fprintf(g_log, " %02X", bytes[i]);
     std::fprintf(g_log, bytes.size() > 64 ? " ...\n" : "\n");
     std::fflush(g_log);
-}
-
-// Writes at the line rate of 19200 baud (1920 bytes/s) unless fast; stops early on request.
-void Send(int fd, const std::vector<uint8_t> &bytes, bool fast, size_t stopAfter = SIZE_MAX) {
-    const size_t total = std::min(bytes.size(), stopAfter);
-    const size_t chunk = fast ? total : 96;  // 50 ms of line time
-    const auto start = std::chrono::steady_clock::now();
-    for (size_t sent = 0; sent < total && !g_stop;) {
-        const size_t n = std::min(chunk, total - sent);
-        const ssize_t w = write(fd, bytes.data() + sent, n);
-        if (w < 0) {
-            if (errno == EAGAIN || errno == EINTR || errno == EIO) {
-                std::this_thread::sleep_for(std::chrono::milliseconds(5));
-                continue;
-            }
-            return;
-        }
-        sent += size_t(w);
-        if (!fast) std::this_thread::sleep_until(start + std::chrono::microseconds(sent * 1000000 / 1920));
-    }
 }
 
 // "2026-03-03T09:30" or with seconds; false when the text is no such date.
@@ -182,28 +161,10 @@ int main(int argc, char **argv) {
         std::fclose(f);
     }
 
-    const int master = posix_openpt(O_RDWR | O_NOCTTY);
-    if (master < 0 || grantpt(master) != 0 || unlockpt(master) != 0) {
-        std::perror("ql540-sim: pseudo-terminal");
-        return 1;
-    }
-    const std::string slavePath = ptsname(master);
-    // Keep the slave open too, so the line stays up while the application reopens it.
-    const int slave = open(slavePath.c_str(), O_RDWR | O_NOCTTY);
-    termios tio{};
-    tcgetattr(slave, &tio);
-    cfmakeraw(&tio);
-    cfsetspeed(&tio, B19200);
-    tcsetattr(slave, TCSANOW, &tio);
-    fcntl(master, F_SETFL, fcntl(master, F_GETFL) | O_NONBLOCK);
-    if (!g_link.empty()) {
-        unlink(g_link.c_str());
-        if (symlink(slavePath.c_str(), g_link.c_str()) != 0) std::perror("ql540-sim: link");
-    }
-    std::signal(SIGINT, OnSignal);
-    std::signal(SIGTERM, OnSignal);
-    std::printf("%s\n", slavePath.c_str());
-    std::fflush(stdout);
+    simpty::InstallSignals();
+    simpty::Line line;
+    if (!simpty::Open(line, g_link, "ql540-sim")) return 1;
+    const int master = line.master;
 
     int ctl = -1;
     if (!control.empty()) {
@@ -273,12 +234,10 @@ int main(int argc, char **argv) {
                 if (faults.once) Control("fault none", faults, dev);
             }
             Hex("out", reply);
-            Send(master, reply, fast, stopAfter);
+            simpty::Send(master, reply, fast, stopAfter);
         }
     }
-    if (!g_link.empty()) unlink(g_link.c_str());
     if (!control.empty()) unlink(control.c_str());
-    close(slave);
-    close(master);
+    simpty::Close(line);
     return 0;
 }

@@ -10,6 +10,7 @@
 #include "files/file_names.h"
 #include "files/log_file.h"
 #include "files/table_export.h"
+#include "acquisition/surveyor.h"
 #include "acquisition/upload.h"
 #include "link/serial_port.h"
 #include "link/supervision.h"
@@ -181,7 +182,9 @@ void frmMain::SetUpMenus() {
     mnuSubFile[2] = sep(mnuFile);
     mnuSubFile[3] = item(mnuFile, "&Upload data...", 4103, Qt::CTRL | Qt::Key_U, forward(7));
     mnuSubFile[4] = item(mnuFile, "&Import Data from Surveyr", 55, {}, [this] {
-        if (auto it = Commands.find(-4); it != Commands.end()) it->second();
+        TrapVoid("mnuSubFile_Click", [this] {
+            if (OfferToSave() && DownloadSurveyorData()) OpenRequestedForms();
+        });
     });
     mnuSubFile[5] = item(mnuFile, "&Export data...", 4104, Qt::CTRL | Qt::Key_E, forward(4));
     mnuSubFile[6] = sep(mnuFile);
