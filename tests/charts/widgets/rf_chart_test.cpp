@@ -209,6 +209,12 @@ private slots:
         QVERIFY(!Shown<frmGraphRf>());
         QVERIFY(!Shown<frmGraphTe>()->btnShowRf->isVisible());
         QCOMPARE(List()->txtSource->List()->HeadingLines(), 7);
+        // The recent files bring it back: the log is entry 1 now, the unit's file entry 2.
+        m_->tbrToolbar_ButtonMenuClick(2);
+        QTest::qWait(20);
+        QVERIFY(Data().DataIsCsv);
+        QVERIFY(Shown<frmGraphTe>()->btnShowRf->isVisible());
+        QCOMPARE(List()->txtSource->List()->HeadingLines(), 8);
     }
 
 private:
