@@ -5,12 +5,12 @@
 #include "core/host.h"
 #include "files/log_file.h"
 
+#include <benchmark/benchmark.h>
+#include <sys/resource.h>
 #include <QFile>
 #include <QTemporaryDir>
-#include <benchmark/benchmark.h>
 #include <cmath>
 #include <random>
-#include <sys/resource.h>
 
 namespace {
 constexpr int kRecords = 1000000;
@@ -30,8 +30,8 @@ const QString &BigCsv() {
             const double base = 0.3 + 0.25 * std::sin(i / 8640.0 * 6.283);
             const double x = std::fabs(base * 0.8 + noise(rng)), y = std::fabs(base * 0.5 + noise(rng)),
                          z = std::fabs(base * 0.3 + noise(rng));
-            chunk += "14/10/2026 08:00:00," + QByteArray::number(x, 'f', 3) + ',' + QByteArray::number(y, 'f', 3) +
-                     ',' + QByteArray::number(z, 'f', 3) + ',' +
+            chunk += "14/10/2026 08:00:00," + QByteArray::number(x, 'f', 3) + ',' +
+                     QByteArray::number(y, 'f', 3) + ',' + QByteArray::number(z, 'f', 3) + ',' +
                      (i % 10 ? QByteArray("-100") : QByteArray::number(20 + noise(rng) * 100, 'f', 1)) + ',' +
                      QByteArray::number(1.5 + std::fabs(noise(rng)) * 50, 'f', 3) + ',' +
                      QByteArray::number(std::sqrt(x * x + y * y + z * z), 'f', 2) + '\n';

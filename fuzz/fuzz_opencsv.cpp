@@ -18,7 +18,7 @@ public:
 };
 Silent g_host;
 QTemporaryDir *g_dir = nullptr;
-} // namespace
+}  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***) {
     g_dir = new QTemporaryDir;
@@ -40,7 +40,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const fm::MeasurementData &d = fm::Data();
     const size_t need = size_t(d.DataCount) + 1;
     if (d.DataCount > 0) {
-        for (size_t held : {d.DataX.size(), d.DataY.size(), d.DataZ.size(), d.DataRf.size(), d.DataValue.size()})
+        for (size_t held :
+             {d.DataX.size(), d.DataY.size(), d.DataZ.size(), d.DataRf.size(), d.DataValue.size()})
             if (held < need) std::abort();
     }
     if (ok && (!d.DataIsCsv || d.DataCount < 1 || !d.DataPresent)) std::abort();

@@ -153,32 +153,40 @@ bool Read(const QString &fileName, int *refusal) {
         progress.At(q - text);
         const size_t k = size_t(c);
         switch (field) {
-        case 1:
-            if (c == 1 && !ParseDate(FromCp1252(p, q - p).trimmed(), &start)) NotReadable(c, field, p, q);
-            break;
-        case 2: d.DataX[k] = Number(c, field, p, q); break;
-        case 3: d.DataY[k] = Number(c, field, p, q); break;
-        case 4: d.DataZ[k] = Number(c, field, p, q); break;
-        case 5: {
-            const float v = Number(c, field, p, q);
-            if (v == kNoAux) break;
-            if (c == 1) {
-                auxMax = auxMin = auxMean = v;
-            } else {
-                auxMax = d.AuxMax;
-                auxMin = d.AuxMin;
-                auxMean = d.AuxMean;
+            case 1:
+                if (c == 1 && !ParseDate(FromCp1252(p, q - p).trimmed(), &start)) NotReadable(c, field, p, q);
+                break;
+            case 2:
+                d.DataX[k] = Number(c, field, p, q);
+                break;
+            case 3:
+                d.DataY[k] = Number(c, field, p, q);
+                break;
+            case 4:
+                d.DataZ[k] = Number(c, field, p, q);
+                break;
+            case 5: {
+                const float v = Number(c, field, p, q);
+                if (v == kNoAux) break;
+                if (c == 1) {
+                    auxMax = auxMin = auxMean = v;
+                } else {
+                    auxMax = d.AuxMax;
+                    auxMin = d.AuxMin;
+                    auxMean = d.AuxMean;
+                }
+                Fold(v, c, d.AuxMax, d.AuxMin, d.AuxMean);
+                break;
             }
-            Fold(v, c, d.AuxMax, d.AuxMin, d.AuxMean);
-            break;
-        }
-        case 6: {
-            const float v = Number(c, field, p, q);
-            d.DataRf[k] = v;
-            Fold(v, c, d.RfMax, d.RfMin, d.RfMean);
-            break;
-        }
-        default: d.DataValue[k] = Widen(Number(c, field, p, q)); break;
+            case 6: {
+                const float v = Number(c, field, p, q);
+                d.DataRf[k] = v;
+                Fold(v, c, d.RfMax, d.RfMin, d.RfMean);
+                break;
+            }
+            default:
+                d.DataValue[k] = Widen(Number(c, field, p, q));
+                break;
         }
         p = q + 1;
         if (++field > kFields) {
@@ -214,7 +222,7 @@ bool Read(const QString &fileName, int *refusal) {
     for (int b : {3, 4, 15, 14, 13}) Host().SetButtonEnabled(b, true);
     return true;
 }
-} // namespace
+}  // namespace
 
 bool OpenCsv(const QString &fileName) {
     Host().WaitShow();
@@ -227,4 +235,4 @@ bool OpenCsv(const QString &fileName) {
     if (refusal) Host().MessBox(ResString(refusal), {}, -1, -1);
     return ok;
 }
-} // namespace fm
+}  // namespace fm

@@ -16,7 +16,8 @@ using namespace fm;
 
 namespace {
 // A record: date, X, Y, Z, aux, RF, resultant.
-QByteArray Rec(const char *aux, const char *rf, const char *value = "0.50", const char *date = "14/10/2026 08:00:00") {
+QByteArray Rec(const char *aux, const char *rf, const char *value = "0.50",
+               const char *date = "14/10/2026 08:00:00") {
     return QByteArray(date) + ",0.30,0.40,0.00," + aux + ',' + rf + ',' + value;
 }
 
@@ -85,7 +86,8 @@ TEST_F(CsvImportTest, ARecordWithoutItsLineFeedIsDroppedButLeavesItsMarks) {
 
 TEST_F(CsvImportTest, MinusOneHundredInTheFifthColumnIsNoValue) {
     // Some records: skipped, though the next value still divides by its own record number.
-    ASSERT_TRUE(Load(Rec("4", "1") + '\n' + Rec("-100", "1") + '\n' + Rec("10", "1") + '\n' + Rec("1", "1") + '\n'));
+    ASSERT_TRUE(
+        Load(Rec("4", "1") + '\n' + Rec("-100", "1") + '\n' + Rec("10", "1") + '\n' + Rec("1", "1") + '\n'));
     EXPECT_EQ(Data().AuxMean, 6.0f);  // (4 * 2 + 10) / 3
     EXPECT_EQ(Data().AuxMax, 10.0f);
     EXPECT_EQ(Data().AuxMin, 4.0f);
@@ -131,8 +133,8 @@ TEST_F(CsvImportTest, AnUnreadableFieldIsReportedAndLeavesWhatWasRead) {
     EXPECT_EQ(d.DataCount, 3);  // the record counter when it stopped
     EXPECT_EQ(d.DataValue[2], 3.0);
     EXPECT_EQ(d.RfMax, 5.0f);
-    EXPECT_FALSE(d.DataSaved);   // kept
-    EXPECT_FALSE(d.DataIsCsv);   // kept
+    EXPECT_FALSE(d.DataSaved);  // kept
+    EXPECT_FALSE(d.DataIsCsv);  // kept
     EXPECT_EQ(d.DataStart, start);
     EXPECT_EQ(host.waitHidden, host.waitShown);
     EXPECT_GE(d.DataValue.size(), size_t(d.DataCount) + 1);
@@ -210,8 +212,8 @@ TEST_F(CsvImportTest, ViewsShowTheAuxiliaryAndRfFigures) {
     EXPECT_FALSE(DataList::ValueOrderAvailable());
     EXPECT_EQ(list.MedianLine(), -1);
     EXPECT_EQ(list.Line(4), QStringLiteral("         Mediana dei dati :---(uT)"));
-    EXPECT_EQ(list.Line(5), ResString(45) + QStringLiteral(" 2,25 ") + ResString(46) + QStringLiteral(" 3,75 ") +
-                                ResString(47) + QStringLiteral(" 3,00 "));
+    EXPECT_EQ(list.Line(5), ResString(45) + QStringLiteral(" 2,25 ") + ResString(46) +
+                                QStringLiteral(" 3,75 ") + ResString(47) + QStringLiteral(" 3,00 "));
     EXPECT_EQ(list.Line(6), ResString(3020) + ResString(3050));
     EXPECT_EQ(list.LineOfSample(1), 8);
     EXPECT_TRUE(list.Line(8).endsWith(QStringLiteral("    0,50")));

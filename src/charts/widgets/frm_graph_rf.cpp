@@ -59,7 +59,8 @@ frmGraphRf::frmGraphRf(QWidget *parent) : QWidget(parent) {
     LayOutChartWindow(this, teeEvolution, tbrGraphTe, panel);
     SetUpForm(this);
     connect(btnFullScale, &QPushButton::clicked, teeEvolution, &ChartControl::UndoZoom);
-    connect(teeEvolution, &ChartControl::pointClicked, this, [](int, int point) { frmSource::GetSourceRow(point); });
+    connect(teeEvolution, &ChartControl::pointClicked, this,
+            [](int, int point) { frmSource::GetSourceRow(point); });
     GraphSetup();
     DrawGraph();
     g_open = this;

@@ -65,10 +65,11 @@ class RfChartTest : public QObject {
     frmSource *List() { return Shown<frmSource>(); }
     int64_t Selected() { return List()->txtSource->CurrentLine(); }
     void Open(const QString &file) {
-        CommonDialog::SetResponder([file](const CommonDialog &dlg, bool) -> std::optional<CommonDialog::Answer> {
-            if (!dlg.Filter.contains(QStringLiteral("(*.*)"))) return std::nullopt;
-            return CommonDialog::Answer{file, 2};
-        });
+        CommonDialog::SetResponder(
+            [file](const CommonDialog &dlg, bool) -> std::optional<CommonDialog::Answer> {
+                if (!dlg.Filter.contains(QStringLiteral("(*.*)"))) return std::nullopt;
+                return CommonDialog::Answer{file, 2};
+            });
         m_->mnuSubFile[0]->trigger();
         CommonDialog::SetResponder(nullptr);
         QTest::qWait(20);
