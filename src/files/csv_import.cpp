@@ -203,6 +203,9 @@ bool Read(const QString &fileName, int *refusal) {
     // behind the count.
     d.DataCount = c - 1;
     Trim(d, field > 2 ? size_t(c) + 1 : size_t(c));
+    // Worked out first: a start date that date arithmetic refuses fails the reading
+    // before the data set is marked as loaded.
+    const double dataEnd = DateAdd(d.DataStepUnit, double(d.DataStep) * d.DataCount, start);
     d.AuxMean = auxMean;
     d.AuxMax = auxMax;
     d.AuxMin = auxMin;
@@ -211,7 +214,7 @@ bool Read(const QString &fileName, int *refusal) {
     d.DataSaved = true;
     d.DataIsCsv = true;
     Host().SetPanelText(QString());
-    d.DataEnd = DateAdd(d.DataStepUnit, double(d.DataStep) * d.DataCount, d.DataStart);
+    d.DataEnd = dataEnd;
     CalculateStats(QStringLiteral("Data"));
     Host().UpdateInfo();
     GenerateWarnings();

@@ -139,11 +139,13 @@ TEST_F(CsvImportTest, AnUnreadableFieldIsReportedAndLeavesWhatWasRead) {
     EXPECT_EQ(host.waitHidden, host.waitShown);
     EXPECT_GE(d.DataValue.size(), size_t(d.DataCount) + 1);
 
-    for (const QByteArray &bad : {Rec("1", "1", "0.5", "not a date") + '\n', Rec("1", "inf") + '\n',
-                                  Rec("", "1") + '\n', Rec("1", "1", "1e60") + '\n'}) {
+    for (const QByteArray &bad :
+         {Rec("1", "1", "0.5", "not a date") + '\n', Rec("1", "1", "0.5", "14/10/005") + '\n',
+          Rec("1", "inf") + '\n', Rec("", "1") + '\n', Rec("1", "1", "1e60") + '\n'}) {
         host.boxes.clear();
         EXPECT_FALSE(Load(bad)) << bad.constData();
         EXPECT_TRUE(Trapped()) << bad.constData();
+        EXPECT_FALSE(Data().DataIsCsv) << bad.constData();
     }
 }
 
