@@ -7,6 +7,7 @@
 #include <cmath>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace fm {
 namespace {
@@ -481,6 +482,42 @@ double RoundHalfEven(double value, int decimals) {
     double result = 0;
     std::from_chars(s.data(), s.data() + s.size(), result);
     return d.negative ? -result : result;
+}
+
+double Widen(float value) {
+    char buf[32];
+    const auto res = std::to_chars(buf, buf + sizeof buf, value);
+    double d = 0;
+    std::from_chars(buf, res.ptr, d);
+    // A text on the very edge between two floats would narrow to the other one.
+    return float(d) == value ? d : double(value);
+}
+
+bool ParseFileNumber(const char *begin, const char *end, float *out) {
+    while (begin < end && (*begin == ' ' || *begin == '\t')) ++begin;
+    while (end > begin && (end[-1] == ' ' || end[-1] == '\t')) --end;
+    const bool plus = begin < end && *begin == '+';
+    if (plus) ++begin;  // from_chars takes no '+'
+    const char *digits = !plus && begin < end && *begin == '-' ? begin + 1 : begin;
+    // from_chars also reads "inf" and "nan", which no data file writes.
+    if (digits == end || !((*digits >= '0' && *digits <= '9') || *digits == '.')) return false;
+    float v = 0;
+    const auto res = std::from_chars(begin, end, v, std::chars_format::general);
+    if (res.ptr != end) return false;
+    if (res.ec == std::errc::result_out_of_range) {
+        // Too small to hold is 0, as the platform's parser gives; too large overflows.
+        const std::string_view text(begin, size_t(end - begin));
+        double wide = 0;
+        const bool wideOk = std::from_chars(begin, end, wide, std::chars_format::general).ec == std::errc();
+        const bool tiny = wideOk ? std::fabs(wide) < 1
+                                 : text.find("e-") != text.npos || text.find("E-") != text.npos;
+        if (!tiny) Raise(err::Overflow);
+        v = std::signbit(wide) ? -0.0f : 0.0f;
+    } else if (res.ec != std::errc()) {
+        return false;
+    }
+    *out = v;
+    return true;
 }
 
 double Val(const char *begin, const char *end) {

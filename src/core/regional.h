@@ -72,6 +72,15 @@ QString Str(T value) = delete;
 double RoundHalfEven(double value, int decimals);
 template <class T>
 T RoundHalfEven(T value, int decimals) = delete;
+// The double that a 32-bit value's own shortest text reads as: 0.165f gives 0.165, not
+// 0.16500000655651093, so that 64-bit fields holding it format and round as it reads.
+// Narrowing the result gives the value back.
+double Widen(float value);
+// A number as a machine writes it in a data file: optional blanks, an optional sign,
+// digits with a point as decimal mark, an optional exponent, optional blanks, and
+// nothing else, whatever the regional settings. The nearest 32-bit value; false when
+// the text is not such a number. Raises fault 6 when it is beyond the 32-bit range.
+bool ParseFileNumber(const char *begin, const char *end, float *out);
 // The leading-number reader: blanks, tabs and line feeds are skipped wherever they
 // stand; a sign, digits, a point and an exponent are taken; reading stops at the
 // first other character; no digits give 0.

@@ -19,7 +19,8 @@ DataList::DataList(bool chronological) : chronological_(chronological || !ValueO
     heading_[n++] = ResString(3017) + QStringLiteral(": ") + d.ShortID.trimmed();
     heading_[n++] = ResString(3018) + QStringLiteral(": ") + d.LongID.trimmed();
     heading_[n++] = ResString(3019) + QStringLiteral(": ") + d.DataSource;
-    heading_[n++] = QStringLiteral("         Mediana dei dati :") + FormatNumber(d.DataMedian, u"#0.00") + QStringLiteral("(uT)");
+    const QString median = ValueOrderAvailable() ? FormatNumber(d.DataMedian, u"#0.00") : QStringLiteral("---");
+    heading_[n++] = QStringLiteral("         Mediana dei dati :") + median + QStringLiteral("(uT)");
     if (d.DataIsCsv)
         heading_[n++] = ResString(45) + QLatin1Char(' ') + FormatNumber(d.AuxMin, u"#0.00 ") + ResString(46) +
                         QLatin1Char(' ') + FormatNumber(d.AuxMax, u"#0.00 ") + ResString(47) + QLatin1Char(' ') +

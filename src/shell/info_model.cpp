@@ -4,6 +4,7 @@
 #include "core/language.h"
 #include "core/options.h"
 #include "core/regional.h"
+#include "shell/data_list.h"
 
 namespace fm {
 QString StepUnitWord(const QString &letter) {
@@ -36,8 +37,9 @@ InfoTexts BuildInfo() {
         t.count = QString::number(d.DataCount);
         t.start = GeneralDate(d.DataStart);
         t.stop = GeneralDate(d.DataEnd);
+        // Imports that run no sort have no median, whatever the field holds.
         t.values = {Microtesla(d.DataMin), Microtesla(d.DataMax), Microtesla(d.DataMean),
-                    Microtesla(d.DataMedian)};
+                    DataList::ValueOrderAvailable() ? Microtesla(d.DataMedian) : none};
     } else {
         t.step = t.source = t.count = t.start = t.stop = none;
         t.values = {none, none, none, none};

@@ -31,6 +31,8 @@ TEST(InfoPanel, TextsFollowTheSharedState) {
     d.DataCount = 12;
     d.DataMin = 0.125f;
     d.DataMedian = 1234.5;
+    d.MedianPos = 6;  // a median taken over the order by value
+    d.SortedIndex.assign(13, 0);
     Shared().MonitorState = 1;
     Shared().CommOpen = true;
     t = BuildInfo();
@@ -39,6 +41,8 @@ TEST(InfoPanel, TextsFollowTheSharedState) {
     EXPECT_EQ(t.step, QStringLiteral("30 ") + ResString(3013));
     EXPECT_EQ(t.values[0], QStringLiteral("0.12 µT"));
     EXPECT_EQ(t.values[3], QStringLiteral("1234.50 µT"));
+    d.SortedIndex.clear();  // an import without the order: its median field means nothing
+    EXPECT_EQ(BuildInfo().values[3], QStringLiteral("---"));
     EXPECT_EQ(t.monitorText, ResString(3010));
     EXPECT_EQ(t.commColor, 49152u);
     Shared().MonitorState = 0;

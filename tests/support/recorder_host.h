@@ -27,6 +27,7 @@ public:
     bool defaultAnswer = false;
     std::vector<Box> boxes;
     QStringList panelTexts;
+    QStringList waitTexts;
     std::map<int, bool> enabled;
     std::map<int, int> values;
     int waitShown = 0, waitHidden = 0, recentChanged = 0, infoUpdates = 0, warningsChanged = 0,
@@ -50,7 +51,7 @@ public:
     void SetBusy(bool) override {}
     void RecentFilesChanged() override { ++recentChanged; }
     void WaitShow() override { ++waitShown; }
-    void WaitText(const QString &) override {}
+    void WaitText(const QString &text) override { waitTexts << text; }
     void WaitAnimate(int) override {}
     void WaitHide() override { ++waitHidden; }
     void WaitShare(int received, int total) override { shares.push_back({received, total}); }

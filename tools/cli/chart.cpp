@@ -2,9 +2,11 @@
 #include "analysis/statistics.h"
 #include "charts/widgets/chart_control.h"
 #include "charts/widgets/chart_image.h"
+#include "charts/widgets/frm_graph_rf.h"
 #include "charts/widgets/frm_graph_st.h"
 #include "charts/widgets/frm_graph_te.h"
 #include "commands.h"
+#include "core/data_set.h"
 #include "core/language.h"
 #include "core/regional.h"
 #include "files/log_file.h"
@@ -35,6 +37,17 @@ int Chart(const QString &in, const QString &kind, const ChartLimits &limits, con
         return kUsage;
     }
     if (!LoadFile(in)) return kFailed;
+    if (kind == QLatin1String("rf")) {
+        if (!Data().DataIsCsv) {
+            std::fprintf(stderr,
+                         "fluxmere-cli: %s: no RF field; --kind rf takes a \"File Centralina\" file (.csv)\n",
+                         qPrintable(in));
+            return kUsage;
+        }
+        frmGraphRf chart;
+        chart.resize(900, 500);
+        return Save(chart.teeEvolution, out);
+    }
     if (kind == QLatin1String("time")) {
         frmGraphTe chart;
         chart.resize(900, 500);

@@ -13,6 +13,7 @@
 #include <QJsonObject>
 #include <charconv>
 #include <cstdio>
+#include <utility>
 
 namespace fm::cli {
 namespace {
@@ -62,7 +63,7 @@ void PrintJson() {
     QJsonArray warnings;
     for (const WarningLine &w : Warnings())
         warnings.append(QJsonObject{{"text", w.text}, {"level", w.level}});
-    const QJsonObject o{
+    QJsonObject o{
         {"DataSource", d.DataSource},     {"DataCount", d.DataCount},       {"DataStep", d.DataStep},
         {"DataStepUnit", d.DataStepUnit}, {"DataStart", Iso(d.DataStart)},  {"DataStop", Iso(d.DataStop)},
         {"DataEnd", Iso(d.DataEnd)},      {"DataStopCode", d.DataStopCode}, {"ShortID", d.ShortID.trimmed()},
@@ -70,6 +71,12 @@ void PrintJson() {
         {"DataMean", Exact(d.DataMean)},  {"DataMedian", d.DataMedian},     {"MedianPos", d.MedianPos},
         {"warnings", warnings},
     };
+    if (d.DataIsCsv) {
+        o.insert(QStringLiteral("DataIsCsv"), true);
+        for (const auto &[name, value] : {std::pair{"RfMax", d.RfMax}, {"RfMin", d.RfMin}, {"RfMean", d.RfMean},
+                                          {"AuxMax", d.AuxMax}, {"AuxMin", d.AuxMin}, {"AuxMean", d.AuxMean}})
+            o.insert(QLatin1String(name), Exact(value));
+    }
     std::fputs(QJsonDocument(o).toJson(QJsonDocument::Indented).constData(), stdout);
 }
 }  // namespace

@@ -24,13 +24,17 @@ const char kUsageText[] =
     "\n"
     "Commands:\n"
     "  info FILE            what the information panel and the warnings show\n"
-    "  info --json FILE     the same as one JSON object\n"
-    "  convert IN OUT       load a log and save it again\n"
+    "  info --json FILE     the same as one JSON object; a \"File Centralina\" file adds\n"
+    "                       DataIsCsv and its RF and auxiliary figures\n"
+    "  convert IN OUT       load a log or a \"File Centralina\" file (.csv), save it as a log\n"
     "  list FILE [--by-value]  the data list's text, by time or by value\n"
     "  export FILE --csv|--tab -o OUT\n"
     "                       the measurement as a \";\" table or a tab table\n"
-    "  chart FILE --kind time|stats [--min A --max B --classes N] -o OUT\n"
-    "                       a chart as an image: .jpg (800x600), .wmf, .png, .svg or .pdf\n"
+    "  chart FILE --kind time|stats|rf [--min A --max B --classes N] -o OUT\n"
+    "                       a chart as an image: .jpg (800x600), .wmf, .png, .svg or .pdf;\n"
+    "                       rf, the RF field, needs a \"File Centralina\" file\n"
+    "\n"
+    "FILE is a log (.log) or a \"File Centralina\" file (.csv).\n"
     "  status --port DEV                       the logger's session state\n"
     "  read-id --port DEV                      the logger's identification codes\n"
     "  write-id --port DEV SHORT LONG          write the codes (16 and 48 characters at most)\n"
@@ -106,7 +110,7 @@ int main(int argc, char **argv) {
         } else if (a == QLatin1String("--count")) {
             if (!value(count)) return Usage("--count needs a number");
         } else if (a == QLatin1String("--kind")) {
-            if (!value(kind)) return Usage("--kind takes time or stats");
+            if (!value(kind)) return Usage("--kind takes time, stats or rf");
         } else if (a == QLatin1String("--min")) {
             if (!value(minimum)) return Usage("--min needs a number");
         } else if (a == QLatin1String("--max")) {
@@ -162,8 +166,8 @@ int main(int argc, char **argv) {
     }
     if (cmd == QLatin1String("chart")) {
         if (rest.size() != 1 || out.isEmpty()) return Usage("chart takes FILE, --kind and -o OUT");
-        if (kind != QLatin1String("time") && kind != QLatin1String("stats"))
-            return Usage("--kind takes time or stats");
+        if (kind != QLatin1String("time") && kind != QLatin1String("stats") && kind != QLatin1String("rf"))
+            return Usage("--kind takes time, stats or rf");
         cli::ChartLimits limits;
         if (!classes.isEmpty()) {
             bool ok = false;
@@ -176,7 +180,7 @@ int main(int argc, char **argv) {
             if (!ParseNumber(*text, &v)) return Usage("--min and --max take numbers");
             *into = v;
         }
-        if (kind == QLatin1String("time") && (limits.min || limits.max || limits.classes))
+        if (kind != QLatin1String("stats") && (limits.min || limits.max || limits.classes))
             return Usage("--min, --max and --classes belong to the statistics chart");
         return cli::Chart(rest[0], kind, limits, out);
     }

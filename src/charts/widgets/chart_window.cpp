@@ -1,6 +1,9 @@
 #include "charts/widgets/chart_window.h"
 
+#include "charts/widgets/chart_control.h"
+#include "core/data_set.h"
 #include "core/language.h"
+#include "core/regional.h"
 #include "core/widgets/icons.h"
 #include "core/widgets/set_up_form.h"
 
@@ -10,6 +13,8 @@
 #include <QLabel>
 #include <QToolBar>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
 
 namespace fm {
 QToolBar *ChartToolbar(QWidget *form, std::function<void()> save) {
@@ -33,8 +38,8 @@ void LayOutChartWindow(QWidget *form, QWidget *chart, QToolBar *toolbar, QWidget
     lay->addLayout(right);
 }
 
-TraceKey AddTraceKey(QGridLayout *grid, QWidget *panel, int k, QColor color) {
-    TraceKey key{new QLabel(panel), Tagged<QLabel>(panel, "Field", 4015 + k),
+TraceKey AddTraceKey(QGridLayout *grid, QWidget *panel, int k, QColor color, int tag, const char *caption) {
+    TraceKey key{new QLabel(panel), Tagged<QLabel>(panel, caption, tag ? tag : 4015 + k),
                  Tagged<QCheckBox>(panel, "Hide", 4019)};
     key.line->setFixedSize(24, 3);
     key.line->setStyleSheet(QStringLiteral("background:%1").arg(color.name()));
@@ -42,5 +47,33 @@ TraceKey AddTraceKey(QGridLayout *grid, QWidget *panel, int k, QColor color) {
     grid->addWidget(key.name, k, 1);
     grid->addWidget(key.hide, k, 2);
     return key;
+}
+
+std::function<QString(int)> SampleDateLabels() {
+    const MeasurementData &d = Data();
+    return [start = d.DataStart, step = d.DataStep, unit = d.DataStepUnit](int point) {
+        // Built from the two parts: a short date may hold blanks of its own.
+        const double date = DateAdd(unit, double(point) * step, start);
+        return date == std::floor(date) ? ShortDate(date) : ShortDate(date) + QLatin1Char('\n') + LongTime(date);
+    };
+}
+
+int32_t DrawableSamples(size_t held) {
+    const int32_t n = Data().DataCount;
+    return held == 0 ? 0 : int32_t(std::clamp<int64_t>(n, 0, int64_t(held) - 1));
+}
+
+void CrossOnSample(ChartControl *chart, int series, int32_t sample) {
+    if (sample < 1 || sample > chart->Count(series)) {
+        chart->HideCross();
+        return;
+    }
+    CrossOnPoint(chart, series, sample - 1);
+}
+
+bool CrossOnPoint(ChartControl *chart, int series, int32_t point) {
+    if (!chart->Active(series)) return false;
+    chart->ShowCross(series, point);
+    return true;
 }
 }  // namespace fm

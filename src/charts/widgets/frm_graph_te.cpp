@@ -3,6 +3,7 @@
 #include "charts/widgets/chart_control.h"
 #include "charts/widgets/chart_image.h"
 #include "charts/widgets/chart_window.h"
+#include "charts/widgets/frm_graph_rf.h"
 #include "core/data_set.h"
 #include "core/fault.h"
 #include "core/host.h"
@@ -24,7 +25,7 @@
 #include <QMdiSubWindow>
 #include <QPushButton>
 #include <QToolBar>
-#include <cmath>
+#include <algorithm>
 
 namespace fm {
 namespace {
@@ -61,7 +62,7 @@ frmGraphTe::frmGraphTe(QWidget *parent) : QWidget(parent) {
     btnFullScale = Tagged<QPushButton>(panel, "Scala 1:1", 4020);
     btnFullScale->setToolTip(ResString(4146));
     btnShowRf = Tagged<QPushButton>(panel, "Mostra dati RF", 4207);
-    btnShowRf->setVisible(false);  // the RF chart comes with the import of its files
+    btnShowRf->setVisible(Data().DataIsCsv);
     g->setVerticalSpacing(4);
     g->addWidget(chkLogaritmic, 4, 0, 1, 3);
     g->addWidget(btnFullScale, 5, 0, 1, 3);
@@ -75,6 +76,11 @@ frmGraphTe::frmGraphTe(QWidget *parent) : QWidget(parent) {
         DrawGraph();
     });
     connect(btnFullScale, &QPushButton::clicked, teeEvolution, &ChartControl::UndoZoom);
+    connect(btnShowRf, &QPushButton::clicked, this, [] {
+        Host().SetBusy(true);
+        ShowGraphRf();
+        Host().SetBusy(false);
+    });
     // A point of any trace stands for its sample; the cross goes on the resultant.
     connect(teeEvolution, &ChartControl::pointClicked, this,
             [](int, int point) { frmSource::GetSourceRow(point); });
@@ -122,10 +128,11 @@ void frmGraphTe::DrawGraph() {
         ChartControl *c = teeEvolution;
         c->SetTitle(ResString(3034));
         const QString progress = ResString(3035);
-        for (int32_t i = 1; i <= d.DataCount; ++i) {
-            if (i % 100 == 0 && (int64_t(i) * 100 / d.DataCount) != (int64_t(i - 100) * 100 / d.DataCount))
-                Host().SetPanelText(progress + QString::number(int64_t(i) * 100 / d.DataCount) +
-                                    QLatin1Char('%'));
+        const int32_t n = DrawableSamples(
+            std::min({d.DataX.size(), d.DataY.size(), d.DataZ.size(), d.DataValue.size()}));
+        for (int32_t i = 1; i <= n; ++i) {
+            if (i % 100 == 0 && (int64_t(i) * 100 / n) != (int64_t(i - 100) * 100 / n))
+                Host().SetPanelText(progress + QString::number(int64_t(i) * 100 / n) + QLatin1Char('%'));
             const size_t k = size_t(i);
             if (!(d.DataValue[k] > 0)) {
                 for (int s = 0; s < 4; ++s) c->AddNull(s);
@@ -136,13 +143,7 @@ void frmGraphTe::DrawGraph() {
                 c->Add(3, d.DataValue[k]);
             }
         }
-        // The labels keep the dates of this drawing: a failed load later must not change them.
-        c->SetLabelFunction([start = d.DataStart, step = d.DataStep, unit = d.DataStepUnit](int point) {
-            // The date above the time (a short date may hold blanks of its own).
-            const double date = DateAdd(unit, double(point) * step, start);
-            const QString time = LongTime(date);
-            return date == std::floor(date) ? ShortDate(date) : ShortDate(date) + QLatin1Char('\n') + time;
-        });
+        c->SetLabelFunction(SampleDateLabels());
         const double range = double(d.DataMax) - double(d.DataMin);
         if (chkLogaritmic->isChecked())
             c->SetLeftRange(0.0001, d.DataMax + range / 10, 0);
@@ -155,19 +156,11 @@ void frmGraphTe::DrawGraph() {
 }
 
 void frmGraphTe::GetChartPoint(int32_t sample) {
-    TrapVoid("GetChartPoint", [&] {
-        if (sample < 1 || sample > teeEvolution->Count(3)) {
-            teeEvolution->HideCross();
-            return;
-        }
-        CrossOnPoint(sample - 1);
-    });
+    TrapVoid("GetChartPoint", [&] { CrossOnSample(teeEvolution, 3, sample); });
 }
 
 bool frmGraphTe::CrossOnPoint(int32_t point) {
-    if (!teeEvolution->Active(3)) return false;
-    teeEvolution->ShowCross(3, point);
-    return true;
+    return fm::CrossOnPoint(teeEvolution, 3, point);
 }
 
 void frmGraphTe::SaveImage() {

@@ -11,6 +11,7 @@
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/source_view.h"
 #include "shell/widgets/view_window.h"
+#include "charts/widgets/frm_graph_rf.h"
 #include "charts/widgets/frm_graph_te.h"
 
 #include <QLabel>
@@ -110,7 +111,10 @@ void frmSource::GetSourceRow(int32_t point) {
     TrapVoid("GetSourceRow", [&] {
         frmSource *list = Current();
         if (list && !list->IsChronological()) return;
-        if (frmGraphTe *chart = frmGraphTe::Current()) {
+        // The RF chart takes the cross while it stands open.
+        if (frmGraphRf *rf = frmGraphRf::Current()) {
+            if (!rf->CrossOnPoint(point)) return;
+        } else if (frmGraphTe *chart = frmGraphTe::Current()) {
             if (!chart->CrossOnPoint(point)) return;
         }
         if (list && list->txtSource->List())
@@ -120,10 +124,11 @@ void frmSource::GetSourceRow(int32_t point) {
 
 void frmSource::GetChartPoint(int64_t line) {
     TrapVoid("GetChartPoint", [&] {
-        frmGraphTe *chart = frmGraphTe::Current();
-        if (!chart || !IsChronological() || !txtSource->List()) return;
+        if (!IsChronological() || !txtSource->List()) return;
         // A heading line or the blank line gives sample 0, which hides the cross.
-        chart->GetChartPoint(txtSource->List()->SampleOfLine(line));
+        const int32_t sample = txtSource->List()->SampleOfLine(line);
+        if (frmGraphTe *chart = frmGraphTe::Current()) chart->GetChartPoint(sample);
+        if (frmGraphRf *rf = frmGraphRf::Current()) rf->GetChartPoint(sample);
     });
 }
 
