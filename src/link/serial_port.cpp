@@ -3,6 +3,7 @@
 #include "core/app_paths.h"
 #include "core/fault.h"
 
+#include <poll.h>
 #include <QFileInfo>
 #include <QSerialPort>
 #include <QSerialPortInfo>
@@ -56,6 +57,7 @@ void SerialPort::SetPortOpen(bool open) {
             why += QStringLiteral(" (on Linux, add your user to the dialout group and log in again)");
         Raise(8002, why);
     }
+    port_->clearError();
     port_->setBaudRate(QSerialPort::Baud19200);
     port_->setDataBits(QSerialPort::Data8);
     port_->setParity(QSerialPort::NoParity);
@@ -80,6 +82,14 @@ void SerialPort::ClearInBuffer() {
     if (!port_->isOpen()) return;
     port_->readAll();
     port_->clear(QSerialPort::Input);
+}
+
+bool SerialPort::Lost() const {
+    if (!port_->isOpen()) return false;
+    if (port_->error() == QSerialPort::ResourceError) return true;
+    // A device that went away hangs up its descriptor before Qt notices a failed read.
+    pollfd p{int(port_->handle()), POLLIN, 0};
+    return ::poll(&p, 1, 0) > 0 && (p.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
 }
 
 void SerialPort::ClearOutBuffer() {

@@ -319,3 +319,73 @@ TEST_F(CliTest, NamesThatAreNotUtf8) {
     std::fclose(f);
     EXPECT_EQ(QByteArray(head), QByteArray("\"Field Activity Log\""));
 }
+
+TEST_F(CliTest, APortTheUserMayNotOpenGivesTheHint) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "runs the program as another user, which needs root";
+    }
+    QProcess sim;
+    sim.start(QStringLiteral(FLUXMERE_SIM), {QStringLiteral("--fast")});
+    ASSERT_TRUE(sim.waitForReadyRead(5000));
+    const QString port = QString::fromLocal8Bit(sim.readLine()).trimmed();
+    ::chmod(QFile::encodeName(dir.path()).constData(), 0777);
+    const Result r = Run({"--lang", "en", "status", "--port", port}, Unprivileged);
+    EXPECT_EQ(r.code, 1);
+    EXPECT_TRUE(r.err.contains(QStringLiteral("dialout"))) << qPrintable(r.err);
+    sim.terminate();
+    sim.waitForFinished(3000);
+}
+
+// Each way an upload can go wrong ends the command with what happened and no file.
+TEST_F(CliTest, EveryFailedUploadSaysWhatHappened) {
+    const std::pair<const char *, const char *> faults[] = {
+        {"no-answer", "No reply (timed out)"},
+        {"late", "No reply (timed out)"},
+        {"refuse", "The QL540 refused the command."},
+        {"bad-crc", "The reply of the QL540 is damaged (wrong CRC)."},
+        {"stray-byte", "The reply of the QL540 is incomplete or not valid."},
+        {"truncate", "The reply of the QL540 is incomplete or not valid."},
+        {"short", "The reply of the QL540 is incomplete or not valid."},
+        {"silent-upload", "The reply of the QL540 is incomplete or not valid."},
+        {"wrong-command", "The QL540 answered another command."},
+        {"bad-signature", "The memory of the QL540 holds no valid data."},
+        {"no-samples", "The memory of the QL540 holds no valid data."},
+    };
+    const QString up = dir.filePath(QStringLiteral("up.log"));
+    for (const auto &[kind, text] : faults) {
+        QProcess sim;
+        sim.start(QStringLiteral(FLUXMERE_SIM),
+                  {QStringLiteral("--fast"), QStringLiteral("--fault"), QLatin1String(kind),
+                   QStringLiteral("--fault-command"), QStringLiteral("4")});
+        ASSERT_TRUE(sim.waitForReadyRead(5000));
+        const QString port = QString::fromLocal8Bit(sim.readLine()).trimmed();
+        const Result r = Run({"--lang", "en", "upload", "--port", port, "-o", up});
+        EXPECT_EQ(r.code, 1) << kind;
+        EXPECT_TRUE(r.err.contains(QLatin1String(text))) << kind << ": " << qPrintable(r.err);
+        EXPECT_FALSE(r.err.contains(QStringLiteral("Subscript"))) << kind;
+        EXPECT_FALSE(QFile::exists(up)) << kind;
+        sim.terminate();
+        sim.waitForFinished(3000);
+    }
+}
+
+TEST_F(CliTest, ALoggerUnpluggedMidUploadIsReported) {
+    // At the real line speed the memory takes seconds to come: time to pull the plug.
+    QProcess sim;
+    sim.start(QStringLiteral(FLUXMERE_SIM), {QStringLiteral("--memory"), QStringLiteral("65536")});
+    ASSERT_TRUE(sim.waitForReadyRead(5000));
+    const QString port = QString::fromLocal8Bit(sim.readLine()).trimmed();
+    const QString up = dir.filePath(QStringLiteral("up.log"));
+    QProcess cli;
+    cli.start(QStringLiteral(FLUXMERE_CLI),
+              {QStringLiteral("--options"), options, QStringLiteral("--lang"), QStringLiteral("en"),
+               QStringLiteral("upload"), QStringLiteral("--port"), port, QStringLiteral("-o"), up});
+    QThread::msleep(3000);
+    sim.kill();
+    sim.waitForFinished(3000);
+    ASSERT_TRUE(cli.waitForFinished(30000));
+    EXPECT_EQ(cli.exitCode(), 1);
+    const QString err = QString::fromUtf8(cli.readAllStandardError());
+    EXPECT_TRUE(err.contains(QStringLiteral("The link to the QL540 was lost"))) << qPrintable(err);
+    EXPECT_FALSE(QFile::exists(up));
+}
