@@ -215,18 +215,3 @@ TEST_F(LogFileTest, BadInputIsRefusedWithItsCause) {
     EXPECT_EQ(host.LastBox(), ResString(4345));
     EXPECT_EQ(Data().DataCount, 1);  // the data set stays as it was
 }
-
-TEST_F(LogFileTest, AFullDiskIsCalledByItsName) {
-    ASSERT_TRUE(LoadFile(Write(Log({"1.00 2.00 3.00  0"}))));
-    const QString target = fresh.Path(QStringLiteral("new.log"));
-    {
-        test::FileSizeLimit limit(40);
-        EXPECT_FALSE(SaveFile(target));
-    }
-    EXPECT_TRUE(host.LastBox().contains(QStringLiteral("Error Number     : 61\r\n")))
-        << qPrintable(host.LastBox());
-    EXPECT_TRUE(host.LastBox().contains(QStringLiteral("File too large: ") + target));
-    EXPECT_TRUE(QDir(fresh.Dir().path())
-                    .entryList({QStringLiteral("*new.log*")}, QDir::Files | QDir::Hidden)
-                    .isEmpty());
-}
