@@ -1,18 +1,18 @@
 #include "core/app_paths.h"
 
+#include "core/safe_file.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
-#include <QTemporaryFile>
 
 namespace fm {
 namespace {
 QString g_appDir, g_writableDir;
 
 bool CanWriteIn(const QString &dir) {
-    QTemporaryFile probe(dir + QStringLiteral("/.fluxmere-probe-XXXXXX"));
-    return probe.open();
+    return SafeFile::CanCreateIn(dir);
 }
 } // namespace
 

@@ -27,6 +27,7 @@ inline constexpr int PermissionDenied = 70;
 inline constexpr int PathAccess = 75;      // Path/File access error
 inline constexpr int PathNotFound = 76;
 inline constexpr int DeviceIO = 57;        // Device I/O error
+inline constexpr int DiskFull = 61;
 } // namespace err
 
 // The text the platform gives for a fault number.

@@ -5,6 +5,7 @@
 #include "core/cp1252.h"
 #include "core/data_set.h"
 #include "core/fault.h"
+#include "core/file_access.h"
 #include "core/host.h"
 #include "core/language.h"
 #include "core/options.h"
@@ -26,6 +27,21 @@ const char kMark[] = "-1 -1 -1 0";
 QString Text(const std::string &s) { return FromCp1252(s.data(), qsizetype(s.size())); }
 
 double ValOf(const std::string &s) { return Val(s.data(), s.data() + s.size()); }
+
+// A refused line in a message: its start only, so that a line of a hundred megabytes
+// does not become a message of as many.
+constexpr size_t kQuoted = 200;
+QString Quoted(const std::string &s) {
+    if (s.size() <= kQuoted) return Text(s);
+    return Text(s.substr(0, kQuoted)) + QStringLiteral("...");
+}
+
+// A value a 32-bit float cannot hold is refused: it would be written as "inf" and read back as 0.
+float Single(double v) {
+    const float f = float(v);
+    if (std::isinf(f)) Raise(err::Overflow);
+    return f;
+}
 
 // Reads the next field or raises "Input past end of file".
 void Read(FieldReader &in, std::string &field) {
@@ -52,13 +68,14 @@ void ParseSample(std::string &line, float &x, float &y, float &z) {
     const size_t p1 = line.find(' ');
     const size_t p2 = p1 == std::string::npos ? p1 : line.find(' ', p1 + 1);
     const size_t p3 = p2 == std::string::npos ? p2 : line.find(' ', p2 + 1);
-    if (p3 == std::string::npos) Raise(err::InvalidCall, QStringLiteral("Invalid sample line: ") + Text(line));
+    if (p3 == std::string::npos)
+        Raise(err::InvalidCall, QStringLiteral("Invalid sample line: ") + Quoted(line));
     for (size_t i = 0; i < p3; ++i)
         if (line[i] == ',') line[i] = '.';
     const char *b = line.data();
-    x = float(Val(b, b + p1));
-    y = float(Val(b + p1, b + p2));
-    z = float(Val(b + p2, b + p3));
+    x = Single(Val(b, b + p1));
+    y = Single(Val(b + p1, b + p2));
+    z = Single(Val(b + p2, b + p3));
 }
 
 // An unclosed real-time log would be refused for its blank count: its complete lines
@@ -72,14 +89,24 @@ void OfferRecovery(const QString &fileName) {
 
 bool Load(const QString &fileName) {
     MeasurementData &d = Data();
-    if (!QFile::exists(fileName)) {
-        Host().MessBox(ResString(21), {}, -1, -1);
-        return false;
+    switch (KindOf(fileName)) {
+        case FileKind::Missing:
+            Host().MessBox(ResString(21), {}, -1, -1);
+            return false;
+        // A pipe or a device would be waited on for ever, a folder read as nothing.
+        case FileKind::Folder:
+        case FileKind::Other:
+            Host().MessBox(ResString(4345), {}, -1, -1);
+            return false;
+        case FileKind::Regular:
+            break;
     }
     if (fileName.right(4) == QLatin1String(".csv")) return OpenCsv(fileName);
+    QFile file;
+    OpenForReading(file, fileName);  // a pipe or a device is refused before anything waits on it
+    file.close();
     OfferRecovery(fileName);
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) Raise(err::PermissionDenied, file.errorString());
+    OpenForReading(file, fileName);
     FieldReader in(file);
     std::string field;
     if (!in.Next(field) || field != kTitle) {
@@ -221,7 +248,7 @@ bool LoadFile(const QString &fileName) {
 }
 
 bool SaveFile(const QString &fileName) {
-    if (QFile::exists(fileName) && !Host().MessBox(ResString(26), {}, 1, 0)) return false;
+    if (FileExists(fileName) && !Host().MessBox(ResString(26), {}, 1, 0)) return false;
     if (!Trap("SaveFile", false, [&] { return Save(fileName); })) return false;
     Data().DataSaved = true;
     Data().DataFile = fileName;

@@ -1,10 +1,12 @@
 #include "files/log_recovery.h"
 
 #include "core/fault.h"
+#include "core/file_access.h"
 #include "core/regional.h"
 
 #include <QFile>
-#include <QFileInfo>
+#include <cerrno>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace fm {
@@ -47,9 +49,24 @@ std::optional<Layout> Scan(QFile &f) {
     return l;
 }
 
+// Opened under the name's real bytes, for the count written in place.
+void OpenInPlace(QFile &f, const QString &path) {
+    const int fd = ::open(NativeName(path).constData(), O_RDWR | O_CLOEXEC);
+    if (fd < 0) RaiseSystem(errno, path);
+    if (!f.open(fd, QIODevice::ReadWrite, QFileDevice::AutoCloseHandle)) {
+        ::close(fd);
+        Raise(err::PathAccess, f.errorString());
+    }
+}
+
 std::optional<Layout> ScanFile(const QString &path) {
-    QFile f(path);
-    if (!QFileInfo::exists(path) || !f.open(QIODevice::ReadOnly)) return std::nullopt;
+    if (KindOf(path) != FileKind::Regular) return std::nullopt;
+    QFile f;
+    try {
+        OpenForReading(f, path);
+    } catch (const Fault &) {
+        return std::nullopt;  // the loader reports why it cannot be read
+    }
     return Scan(f);
 }
 } // namespace
@@ -61,8 +78,9 @@ std::optional<qint64> UnclosedLogLines(const QString &path) {
 }
 
 void PatchLogCount(const QString &path, qint64 pos, qint64 count) {
-    QFile f(path);
-    if (!f.open(QIODevice::ReadWrite) || !f.seek(pos)) Raise(err::PathAccess, f.errorString());
+    QFile f;
+    OpenInPlace(f, path);
+    if (!f.seek(pos)) Raise(err::PathAccess, f.errorString());
     const QByteArray text = Str(int64_t(count)).toLatin1();
     if (text.size() > kReserved) Raise(err::Overflow);
     if (f.write(text) != text.size() || !f.flush()) Raise(err::DeviceIO, f.errorString());
@@ -73,8 +91,8 @@ std::optional<qint64> RecoverLog(const QString &path) {
     return Trap("RecoverLog", std::optional<qint64>{}, [&]() -> std::optional<qint64> {
         const auto l = ScanFile(path);
         if (!l) Raise(err::InvalidCall, path);
-        QFile f(path);
-        if (!f.open(QIODevice::ReadWrite)) Raise(err::PathAccess, f.errorString());
+        QFile f;
+        OpenInPlace(f, path);
         // A half-written last line is dropped, never guessed.
         if (f.size() > l->goodSize && !f.resize(l->goodSize)) Raise(err::DeviceIO, f.errorString());
         f.close();

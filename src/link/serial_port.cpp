@@ -3,6 +3,7 @@
 #include "core/app_paths.h"
 #include "core/fault.h"
 
+#include <poll.h>
 #include <QFileInfo>
 #include <QSerialPort>
 #include <QSerialPortInfo>
@@ -41,6 +42,7 @@ bool SerialPort::Reopen() {
 }
 
 void SerialPort::Configure() {
+    port_->clearError();
     port_->setBaudRate(QSerialPort::Baud19200);
     port_->setDataBits(QSerialPort::Data8);
     port_->setParity(QSerialPort::NoParity);
@@ -107,6 +109,15 @@ void SerialPort::ClearInBuffer() {
     if (!port_->isOpen()) return;
     port_->readAll();
     port_->clear(QSerialPort::Input);
+}
+
+bool SerialPort::Lost() const {
+    if (lost_) return true;
+    if (!port_->isOpen()) return false;
+    if (port_->error() == QSerialPort::ResourceError) return true;
+    // A device that went away hangs up its descriptor before Qt notices a failed read.
+    pollfd p{int(port_->handle()), POLLIN, 0};
+    return ::poll(&p, 1, 0) > 0 && (p.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
 }
 
 void SerialPort::ClearOutBuffer() {

@@ -30,6 +30,8 @@ public:
     // Up to `count` of the waiting bytes, left waiting.
     QByteArray Peek(int count) const;
     int InBufferCount() const;
+    // The device went away while open (the logger or its adapter unplugged).
+    bool Lost() const;
     void ClearInBuffer();
     void ClearOutBuffer();
     int RThreshold() const { return rThreshold_; }

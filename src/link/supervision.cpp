@@ -25,8 +25,9 @@ bool SelectPort(int index) {
         port.SetPortOpen(true);
         Host().SetCommStatus(5, ResString(3042));
         return true;
-    } catch (const Fault &) {
-        Host().MessBox(ResString(6), {}, -1, -1);
+    } catch (const Fault &f) {
+        // The system's cause after the advice: a port the user may not open says so.
+        Host().MessBox(ResString(6) + QStringLiteral("\r\n") + f.description, {}, -1, -1);
         Host().SetCommStatus(3, ResString(5));
         return false;
     }
@@ -80,7 +81,7 @@ void KeepAlive() {
     SendCommand(3, false, false, kReplyTimeoutMs);
 }
 
-void TimeoutFunction() {
+void TimeoutFunction(int why) {
     SharedState &s = Shared();
     KillTimer(s.TimeoutTimer);
     s.TimeoutTimer = 0;
@@ -89,7 +90,7 @@ void TimeoutFunction() {
     Seriale().SetRThreshold(0);
     Seriale().ClearInBuffer();
     s.CurrentCommand = QStringLiteral("254");
-    Host().SetCommStatus(4, ResString(3029));
+    Host().SetCommStatus(4, ResString(why));
 }
 
 } // namespace fm

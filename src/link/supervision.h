@@ -6,7 +6,8 @@ bool SelectPort(int index);
 bool InitCommunication();
 void DropCommunication();
 void KeepAlive();
-void TimeoutFunction();
+// A command got no reply; `why` is the text the lamp shows (no reply, or the link lost).
+void TimeoutFunction(int why = 3029);
 // Sets MonitorState from the status bits of the settings block.
 void MonitorStateFromSettings();
 } // namespace fm

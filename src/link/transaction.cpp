@@ -104,7 +104,11 @@ void EndUpload() {
     Host().SetBusy(false);
 }
 
-bool Finish(End end) {
+// The lamp's text for a failed reply says what went wrong with it.
+constexpr int kNoReply = 3029, kInvalidReply = 3028, kRefused = 4340, kBadCrc = 4341, kMalformed = 4342,
+              kOtherCommand = 4343, kLinkLost = 4344;
+
+bool Finish(End end, int why = kInvalidReply) {
     SharedState &s = Shared();
     s.CurrentCommand = QStringLiteral("254");
     switch (end) {
@@ -121,27 +125,44 @@ bool Finish(End end) {
         ++s.FailCount;
         if (s.FailCount >= 3) DropCommunication();
         Seriale().ClearInBuffer();
-        Host().SetCommStatus(4, ResString(3028));
+        Host().SetCommStatus(4, ResString(why));
         return false;
     }
     return false;
 }
 
-End Dispatch() {
+// Why a frame that failed its check is bad: a CRC that does not match a whole frame, or
+// a frame cut, padded or shifted.
+int BadFrameCause() {
+    if (Seriale().Lost()) return kLinkLost;
+    const QByteArray &rx = RxBuffer();
+    const bool whole = RxLength() >= 5 && FrameLength(rx) == RxLength();
+    return whole ? kBadCrc : kMalformed;
+}
+
+End Dispatch(int &why) {
     const QByteArray &rx = RxBuffer();
     const auto byte = [&](int i) { return uint8_t(rx.at(i)); };
+    const auto fail = [&](int cause) {
+        why = cause;
+        return End::Failed;
+    };
+    if (byte(3) == 0xFF) return fail(kRefused);
+    // A reply to another command is no reply to this one: an upload would take it
+    // for an empty memory.
+    if (byte(3) != Shared().CurrentCommand.toInt()) return fail(kOtherCommand);
     switch (byte(3)) {
-    case 2: return Handle(2);
-    case 0xFF: return End::Failed;
-    case 4:
-        if (RxLength() < 96) return End::Failed;
-        return Handle(4);
-    case 7: {
-        if (RxLength() != 70) return End::Failed;
-        const QString ids = FromCp1252(rx.constData() + 4, 64);  // as the upload reads them
-        Data().SetShortID(ids.left(16).trimmed());
-        Data().SetLongID(ids.mid(16, 48).trimmed());
-        return End::Accepted;
+        case 2:
+            return Handle(2);
+        case 4:
+            if (RxLength() < 96) return fail(kMalformed);
+            return Handle(4);
+        case 7: {
+            if (RxLength() != 70) return fail(kMalformed);
+            const QString ids = FromCp1252(rx.constData() + 4, 64);  // as the upload reads them
+            Data().SetShortID(ids.left(16).trimmed());
+            Data().SetLongID(ids.mid(16, 48).trimmed());
+            return End::Accepted;
     }
     case 10:
         if (RxLength() < 25) Raise(err::Subscript);
@@ -178,14 +199,16 @@ bool ReceiveCommand() {
         else CollectFixed(expected);
         const bool upload = RxLength() >= 4 && uint8_t(RxBuffer().at(3)) == 4;
         if (!AnalyzePacket()) {
+            const int why = BadFrameCause();
             if (bulk || upload) EndUpload();
             bulk = false;
-            return Finish(End::Failed);
+            return Finish(End::Failed, why);
         }
-        const End end = Dispatch();
+        int why = kInvalidReply;
+        const End end = Dispatch(why);
         if (upload || bulk) EndUpload();
         bulk = false;
-        return Finish(end);
+        return Finish(end, why);
     });
     // A fault inside leaves the wait window up: take it down.
     if (bulk) EndUpload();
@@ -224,7 +247,7 @@ bool SendCommand(uint8_t command, bool waitForReply, bool failAsTimeout, int tim
             while (port.InBufferCount() == 0 && waited.elapsed() <= timeoutMs)
                 port.WaitForInput(int(qMin<qint64>(kSliceMs, timeoutMs + 1 - waited.elapsed())));
             if (port.InBufferCount() == 0) {
-                TimeoutFunction();
+                TimeoutFunction(port.Lost() ? kLinkLost : kNoReply);
                 return false;
             }
             if (ReceiveCommand()) {

@@ -3,7 +3,10 @@
 #include "support/test_env.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 #include <QDate>
+#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -12,7 +15,8 @@
 #include <QTemporaryDir>
 #include <QThread>
 #include <csignal>
-#include <sys/resource.h>
+#include <cstdio>
+#include <functional>
 
 namespace {
 struct Result {
@@ -32,14 +36,21 @@ protected:
                                     "5", "QL540-0042", "Cabina 3", "0.10 0.20 0.30  0", "0.50 0.50 0.50  0",
                                     "-1 -1 -1 0", "1.00 0.00 0.00  0", "0.20 0.20 0.20  0"}));
     }
-    Result Run(QStringList args) {
+    // `child` runs in the child before the program starts (limits, rights).
+    Result Run(QStringList args, const std::function<void()> &child = {}) {
         QProcess p;
         args.prepend(options);
         args.prepend(QStringLiteral("--options"));
+        if (child) p.setChildProcessModifier(child);
         p.start(QStringLiteral(FLUXMERE_CLI), args);
         p.waitForFinished(60000);
-        return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()),
-                QString::fromUtf8(p.readAllStandardError())};
+        // Killed by a signal (SIGXFSZ) is no answer at all.
+        return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1,
+                QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
+    }
+    // Files in the folder that are neither the given ones nor the inputs.
+    QStringList Temporaries() const {
+        return QDir(dir.path()).entryList({QStringLiteral(".*fluxmere-tmp*")}, QDir::Files | QDir::Hidden);
     }
 };
 }  // namespace
@@ -361,4 +372,169 @@ TEST_F(CliTest, FileCentralinaInfoConvertAndRfChart) {
     EXPECT_TRUE(refused.err.contains(QStringLiteral("no RF field"))) << refused.err.toStdString();
     EXPECT_FALSE(QFile::exists(dir.filePath(QStringLiteral("no.png"))));
     EXPECT_EQ(Run({"chart", csv, "--kind", "rf", "--classes", "5", "-o", png}).code, 64);
+}
+
+namespace {
+// Runs the program as a user without rights over root's files (only when the tests run as root).
+void Unprivileged() {
+    if (::setgid(65534) != 0 || ::setuid(65534) != 0) ::_exit(99);
+}
+// A file-size limit: every write past 100 bytes fails, as on a full disk.
+void SmallDisk() {
+    const rlimit r{100, 100};
+    ::setrlimit(RLIMIT_FSIZE, &r);
+}
+}  // namespace
+
+TEST_F(CliTest, ExportAndChartAskBeforeReplacing) {
+    const QString precious = dir.filePath(QStringLiteral("precious.log"));
+    fm::test::WriteBytes(precious, "a measurement");
+    const Result table = Run({"--lang", "en", "export", log, "--csv", "-o", precious});
+    EXPECT_EQ(table.code, 1);
+    EXPECT_TRUE(table.err.contains(QStringLiteral("The file already exists. Replace it?")))
+        << qPrintable(table.err);
+    EXPECT_TRUE(table.err.contains(QStringLiteral("The file could not be saved.")));
+    EXPECT_EQ(fm::test::ReadBytes(precious), QByteArray("a measurement"));
+    const QString png = dir.filePath(QStringLiteral("chart.png"));
+    fm::test::WriteBytes(png, "an earlier chart");
+    EXPECT_EQ(Run({"chart", log, "--kind", "time", "-o", png}).code, 1);
+    EXPECT_EQ(fm::test::ReadBytes(png), QByteArray("an earlier chart"));
+
+    ASSERT_EQ(Run({"--yes", "export", log, "--tab", "-o", precious}).code, 0);
+    EXPECT_TRUE(fm::test::ReadBytes(precious).contains("\t"));
+    ASSERT_EQ(Run({"--yes", "chart", log, "--kind", "time", "-o", png}).code, 0);
+    EXPECT_TRUE(fm::test::ReadBytes(png).startsWith("\x89PNG"));
+}
+
+// Every format on a disk that fills up: the program says so, lives on, and the old
+// image stays whole.
+TEST_F(CliTest, AFullDiskLosesNoFile) {
+    for (const char *ext : {"png", "jpg", "pdf", "svg", "wmf"}) {
+        const QString out = dir.filePath(QStringLiteral("chart.") + QLatin1String(ext));
+        fm::test::WriteBytes(out, "an earlier chart");
+        const Result r =
+            Run({"--lang", "en", "--yes", "chart", log, "--kind", "stats", "-o", out}, SmallDisk);
+        EXPECT_EQ(r.code, 1) << ext;
+        EXPECT_TRUE(r.err.contains(QStringLiteral("File too large"))) << ext << qPrintable(r.err);
+        EXPECT_EQ(fm::test::ReadBytes(out), QByteArray("an earlier chart")) << ext;
+    }
+    const QString table = dir.filePath(QStringLiteral("table.csv")),
+                  copy = dir.filePath(QStringLiteral("copy.log"));
+    const Result csv = Run({"--lang", "en", "export", log, "--csv", "-o", table}, SmallDisk);
+    EXPECT_EQ(csv.code, 1);
+    EXPECT_TRUE(csv.err.contains(QStringLiteral("Error Number     : 61"))) << qPrintable(csv.err);
+    const Result convert = Run({"convert", log, copy}, SmallDisk);
+    EXPECT_EQ(convert.code, 1);
+    EXPECT_FALSE(QFile::exists(table) || QFile::exists(copy));
+    EXPECT_TRUE(Temporaries().isEmpty()) << qPrintable(Temporaries().join(QLatin1Char(' ')));
+}
+
+TEST_F(CliTest, AReadOnlyFileIsNotReplaced) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "runs the program as another user, which needs root";
+    }
+    const QString out = dir.filePath(QStringLiteral("kept.log"));
+    fm::test::WriteBytes(out, "read-only");
+    ::chmod(QFile::encodeName(dir.path()).constData(), 0777);
+    ::chmod(QFile::encodeName(log).constData(), 0644);
+    ::chmod(QFile::encodeName(out).constData(), 0444);
+    ASSERT_EQ(::chown(QFile::encodeName(out).constData(), 65534, 65534), 0);
+    const Result r = Run({"--lang", "en", "--yes", "convert", log, out}, Unprivileged);
+    ASSERT_NE(r.code, 99) << "could not drop the rights";
+    EXPECT_EQ(r.code, 1);
+    EXPECT_TRUE(r.err.contains(QStringLiteral("Permission denied: ") + out)) << qPrintable(r.err);
+    EXPECT_EQ(fm::test::ReadBytes(out), QByteArray("read-only"));
+    EXPECT_TRUE(Temporaries().isEmpty());
+}
+
+// Names that are not UTF-8 (Latin-1 "é"), given on the command line, read and written
+// under their own bytes.
+TEST_F(CliTest, NamesThatAreNotUtf8) {
+    const QByteArray folder = QFile::encodeName(dir.path());
+    ASSERT_EQ(::link(QFile::encodeName(log).constData(), (folder + "/caf\xE9.log").constData()), 0);
+    QProcess p;
+    // The shell passes the bytes as they are; QProcess would pass them as text.
+    p.start(QStringLiteral("/bin/sh"),
+            {QStringLiteral("-c"),
+             QStringLiteral("cd \"$1\" && \"$2\" --options \"$3\" --lang en convert \"$(printf "
+                            "'caf\\351.log')\" \"$(printf 'out\\351.log')\""),
+             QStringLiteral("sh"), dir.path(), QStringLiteral(FLUXMERE_CLI), options});
+    ASSERT_TRUE(p.waitForFinished(60000));
+    EXPECT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
+    std::FILE *f = std::fopen((folder + "/out\xE9.log").constData(), "rb");
+    ASSERT_TRUE(f);
+    char head[21] = {};
+    EXPECT_EQ(std::fread(head, 1, 20, f), 20u);
+    std::fclose(f);
+    EXPECT_EQ(QByteArray(head), QByteArray("\"Field Activity Log\""));
+}
+
+TEST_F(CliTest, APortTheUserMayNotOpenGivesTheHint) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "runs the program as another user, which needs root";
+    }
+    QProcess sim;
+    sim.start(QStringLiteral(FLUXMERE_SIM), {QStringLiteral("--fast")});
+    ASSERT_TRUE(sim.waitForReadyRead(5000));
+    const QString port = QString::fromLocal8Bit(sim.readLine()).trimmed();
+    ::chmod(QFile::encodeName(dir.path()).constData(), 0777);
+    const Result r = Run({"--lang", "en", "status", "--port", port}, Unprivileged);
+    EXPECT_EQ(r.code, 1);
+    EXPECT_TRUE(r.err.contains(QStringLiteral("dialout"))) << qPrintable(r.err);
+    sim.terminate();
+    sim.waitForFinished(3000);
+}
+
+// Each way an upload can go wrong ends the command with what happened and no file.
+TEST_F(CliTest, EveryFailedUploadSaysWhatHappened) {
+    const std::pair<const char *, const char *> faults[] = {
+        {"no-answer", "No reply (timed out)"},
+        {"late", "No reply (timed out)"},
+        {"refuse", "The QL540 refused the command."},
+        {"bad-crc", "The reply of the QL540 is damaged (wrong CRC)."},
+        {"stray-byte", "The reply of the QL540 is incomplete or not valid."},
+        {"truncate", "The reply of the QL540 is incomplete or not valid."},
+        {"short", "The reply of the QL540 is incomplete or not valid."},
+        {"silent-upload", "The reply of the QL540 is incomplete or not valid."},
+        {"wrong-command", "The QL540 answered another command."},
+        {"bad-signature", "The memory of the QL540 holds no valid data."},
+        {"no-samples", "The memory of the QL540 holds no valid data."},
+    };
+    const QString up = dir.filePath(QStringLiteral("up.log"));
+    for (const auto &[kind, text] : faults) {
+        QProcess sim;
+        sim.start(QStringLiteral(FLUXMERE_SIM),
+                  {QStringLiteral("--fast"), QStringLiteral("--fault"), QLatin1String(kind),
+                   QStringLiteral("--fault-command"), QStringLiteral("4")});
+        ASSERT_TRUE(sim.waitForReadyRead(5000));
+        const QString port = QString::fromLocal8Bit(sim.readLine()).trimmed();
+        const Result r = Run({"--lang", "en", "upload", "--port", port, "-o", up});
+        EXPECT_EQ(r.code, 1) << kind;
+        EXPECT_TRUE(r.err.contains(QLatin1String(text))) << kind << ": " << qPrintable(r.err);
+        EXPECT_FALSE(r.err.contains(QStringLiteral("Subscript"))) << kind;
+        EXPECT_FALSE(QFile::exists(up)) << kind;
+        sim.terminate();
+        sim.waitForFinished(3000);
+    }
+}
+
+TEST_F(CliTest, ALoggerUnpluggedMidUploadIsReported) {
+    // At the real line speed the memory takes seconds to come: time to pull the plug.
+    QProcess sim;
+    sim.start(QStringLiteral(FLUXMERE_SIM), {QStringLiteral("--memory"), QStringLiteral("65536")});
+    ASSERT_TRUE(sim.waitForReadyRead(5000));
+    const QString port = QString::fromLocal8Bit(sim.readLine()).trimmed();
+    const QString up = dir.filePath(QStringLiteral("up.log"));
+    QProcess cli;
+    cli.start(QStringLiteral(FLUXMERE_CLI),
+              {QStringLiteral("--options"), options, QStringLiteral("--lang"), QStringLiteral("en"),
+               QStringLiteral("upload"), QStringLiteral("--port"), port, QStringLiteral("-o"), up});
+    QThread::msleep(3000);
+    sim.kill();
+    sim.waitForFinished(3000);
+    ASSERT_TRUE(cli.waitForFinished(30000));
+    EXPECT_EQ(cli.exitCode(), 1);
+    const QString err = QString::fromUtf8(cli.readAllStandardError());
+    EXPECT_TRUE(err.contains(QStringLiteral("The link to the QL540 was lost"))) << qPrintable(err);
+    EXPECT_FALSE(QFile::exists(up));
 }

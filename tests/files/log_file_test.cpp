@@ -8,11 +8,12 @@
 #include "support/recorder_host.h"
 #include "support/test_env.h"
 
-#include <QFile>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <QDir>
+#include <QFile>
 #include <QFileDevice>
 #include <QFileInfo>
-#include <gtest/gtest.h>
 
 using namespace fm;
 using test::LogText;
@@ -187,4 +188,30 @@ TEST_F(LogFileTest, SaveAsksBeforeReplacingAndKeepsTheOldFileOnFailure) {
     ASSERT_TRUE(SaveFile(target));
     EXPECT_TRUE(Data().DataSaved);
     EXPECT_TRUE(test::ReadBytes(target).startsWith("\"Field Activity Log\""));
+}
+
+// Bad input gets a message that says what is wrong with it, and costs no more than the input.
+TEST_F(LogFileTest, BadInputIsRefusedWithItsCause) {
+    ASSERT_TRUE(LoadFile(Write(Log({"1.00 2.00 3.00  0"}))));
+    // Beyond the 32-bit range a value would be written as "inf" and read back as 0.
+    EXPECT_FALSE(LoadFile(Write(Log({"1e39 0 0 0"}), QStringLiteral("big.log"))));
+    EXPECT_TRUE(host.LastBox().contains(QStringLiteral("Error Number     : 6\r\n")))
+        << qPrintable(host.LastBox());
+    EXPECT_TRUE(host.LastBox().contains(QStringLiteral("Overflow")));
+    EXPECT_FALSE(LoadFile(Write(Log({"0 0 -4e38 0"}), QStringLiteral("small.log"))));
+    EXPECT_TRUE(host.LastBox().contains(QStringLiteral("Overflow")));
+
+    // A line of a megabyte is quoted by its start only.
+    EXPECT_FALSE(LoadFile(Write(Log({QString(1 << 20, QLatin1Char('7'))}), QStringLiteral("long.log"))));
+    EXPECT_TRUE(host.LastBox().contains(QStringLiteral("Invalid sample line: 777")));
+    EXPECT_LT(host.LastBox().size(), 500);
+
+    // A pipe is refused at once instead of waiting for a writer on its other end.
+    const QString fifo = fresh.Path(QStringLiteral("pipe.log"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    EXPECT_FALSE(LoadFile(fifo));
+    EXPECT_EQ(host.LastBox(), ResString(4345));
+    EXPECT_FALSE(LoadFile(fresh.Dir().path()));
+    EXPECT_EQ(host.LastBox(), ResString(4345));
+    EXPECT_EQ(Data().DataCount, 1);  // the data set stays as it was
 }

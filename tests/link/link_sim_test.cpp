@@ -112,10 +112,11 @@ TEST_F(LinkTest, FailuresAreCountedAndDropTheLinkOnTheThird) {
     struct Case {
         const char *fault;
         int command;
+        int status;  // the lamp's text
     };
-    // Each of these ends a synchronous exchange as a failure.
-    for (const Case c : {Case{"refuse", 7}, Case{"bad-crc", 7}, Case{"stray-byte", 7}, Case{"truncate", 7},
-                         Case{"no-answer", 7}}) {
+    // Each of these ends a synchronous exchange as a failure, and the lamp says which.
+    for (const Case c : {Case{"refuse", 7, 4340}, Case{"bad-crc", 7, 4341}, Case{"stray-byte", 7, 4342},
+                         Case{"truncate", 7, 4342}, Case{"no-answer", 7, 3029}, Case{"wrong-command", 7, 4343}}) {
         SCOPED_TRACE(c.fault);
         sim.Say(QStringLiteral("fault %1 %2").arg(QLatin1String(c.fault)).arg(c.command));
         Shared().FailCount = 0;
@@ -123,10 +124,8 @@ TEST_F(LinkTest, FailuresAreCountedAndDropTheLinkOnTheThird) {
         EXPECT_EQ(Shared().FailCount, 1);
         EXPECT_TRUE(Shared().CommOpen);
         EXPECT_EQ(Shared().CurrentCommand, QStringLiteral("254"));
+        EXPECT_EQ(host.commText, ResString(c.status));
     }
-    // A valid reply to another command is taken as what it says.
-    sim.Say(QStringLiteral("fault wrong-command 7"));
-    EXPECT_TRUE(ReadID());
     // A settings block too short to read is a fault of the reception: reported, counted,
     // and the link goes on instead of holding the command in flight for ever.
     sim.Say(QStringLiteral("fault short 10"));

@@ -4,6 +4,7 @@
 #include <QLocale>
 #include <QString>
 #include <QTemporaryDir>
+#include <functional>
 
 namespace fm::test {
 
@@ -41,6 +42,11 @@ public:
 private:
     long long previous_ = -1;
 };
+
+// Runs `body` as a user without rights over other users' files: as root, in a child
+// process that has dropped to "nobody"; otherwise in this process. Returns what body
+// returned, or -1 when the child could not drop its rights or died.
+int AsUnprivileged(const std::function<int()> &body);
 
 void WriteBytes(const QString &path, const QByteArray &bytes);
 QByteArray ReadBytes(const QString &path);

@@ -23,7 +23,9 @@ bool KnownImage(const QString &file) {
     return false;
 }
 
+// Asked once the chart is known to be drawable, as a log's save asks.
 int Save(ChartControl *chart, const QString &out) {
+    if (!MayReplace(out)) return kFailed;
     if (ExportChartImage(chart, out)) return kOk;
     std::fprintf(stderr, "%s\n", qPrintable(ResString(8)));
     return kFailed;

@@ -7,6 +7,9 @@ namespace fm::cli {
 inline constexpr int kOk = 0, kFailed = 1, kNoLanguage = 2, kUsage = 64;
 
 int Info(const QString &file, bool json);
+// Asks, as saving a log does, before an existing file is replaced; false (and a message)
+// when the answer is no, which it is unless --yes was given.
+bool MayReplace(const QString &out);
 int Convert(const QString &in, const QString &out);
 int Export(const QString &in, bool csv, const QString &out);
 int List(const QString &in, bool byValue);

@@ -48,6 +48,13 @@ void ConsoleHost::WaitShare(int received, int total) {
     std::fflush(stderr);
 }
 
+void ConsoleHost::SetCommStatus(int image, const QString &text) {
+    constexpr int kFailed = 4;
+    if (image != kFailed) return;
+    WaitHide();  // off the share's line
+    std::fprintf(stderr, "%s: %s\n", qPrintable(ResString(2)), qPrintable(text));
+}
+
 void ConsoleHost::WaitHide() {
     if (shownShare_ >= 0) std::fputc('\n', stderr);
     shownShare_ = -1;

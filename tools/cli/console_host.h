@@ -14,6 +14,8 @@ public:
     void DoEvents() override;
     void WaitShare(int received, int total) override;
     void WaitHide() override;
+    // The failure picture of the link's lamp: its text says what went wrong.
+    void SetCommStatus(int image, const QString &text) override;
 
 private:
     bool yes_;

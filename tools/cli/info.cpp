@@ -1,6 +1,8 @@
 #include "analysis/warnings.h"
 #include "commands.h"
 #include "core/data_set.h"
+#include "core/file_access.h"
+#include "core/host.h"
 #include "core/language.h"
 #include "core/regional.h"
 #include "files/log_file.h"
@@ -98,8 +100,15 @@ int Convert(const QString &in, const QString &out) {
     }
     return kOk;
 }
+bool MayReplace(const QString &out) {
+    if (!FileExists(out) || Host().MessBox(ResString(26), {}, 1, 0)) return true;
+    std::fprintf(stderr, "%s\n", qPrintable(ResString(8)));
+    return false;
+}
+
 int Export(const QString &in, bool csv, const QString &out) {
     if (!LoadFile(in)) return kFailed;
+    if (!MayReplace(out)) return kFailed;
     if (!SaveTable(out, csv ? 1 : 2)) {
         std::fprintf(stderr, "%s\n", qPrintable(ResString(8)));
         return kFailed;

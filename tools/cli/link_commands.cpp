@@ -116,7 +116,10 @@ int Stop(const QString &port) {
 int Upload(const QString &port, const QString &out) {
     if (!Connect(port) || !UploadData()) return kFailed;
     Print(ResString(4031) + QStringLiteral(": ") + QString::number(Data().DataCount));
-    if (!SaveFile(out)) return kFailed;
+    if (!SaveFile(out)) {
+        std::fprintf(stderr, "%s\n", qPrintable(ResString(8)));
+        return kFailed;
+    }
     return kOk;
 }
 

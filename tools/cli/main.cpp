@@ -4,6 +4,8 @@
 #include "console_host.h"
 #include "core/app_paths.h"
 #include "core/data_set.h"
+#include "core/fault.h"
+#include "core/file_access.h"
 #include "core/language.h"
 #include "core/options.h"
 #include "core/regional.h"
@@ -12,6 +14,7 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -65,13 +68,18 @@ int Usage(const char *problem) {
 }  // namespace
 
 int main(int argc, char **argv) {
+    // A file-size limit makes a write fail with EFBIG, reported like a full disk, instead
+    // of ending the program.
+    std::signal(SIGXFSZ, SIG_IGN);
     // Charts are drawn by widgets, off any screen: no display is needed.
     const bool charts =
         std::any_of(argv + 1, argv + argc, [](const char *a) { return std::strcmp(a, "chart") == 0; });
     if (charts && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     std::unique_ptr<QCoreApplication> app =
         charts ? std::make_unique<QApplication>(argc, argv) : std::make_unique<QCoreApplication>(argc, argv);
-    QStringList args = app->arguments().mid(1);
+    // Names from the raw bytes: a name that is not UTF-8 keeps them (see NameFromNative).
+    QStringList args;
+    for (int i = 1; i < argc; ++i) args << NameFromNative(argv[i]);
     QString optionsFile, lang, threshold, port, out, step, unit, start, stop, clock, kind, minimum, maximum,
         classes, count;
     bool yes = false;
@@ -129,9 +137,14 @@ int main(int argc, char **argv) {
     if (!optionsFile.isEmpty()) SetWritableDir(QFileInfo(optionsFile).absolutePath());
     // The options are read like the GUI reads them, and never written back.
     if (!optionsFile.isEmpty() && QFileInfo(optionsFile).fileName() != QLatin1String("Fluxmere.ini")) {
-        QFile f(optionsFile);
-        Options() = f.open(QIODevice::ReadOnly) ? OptionsRecord::FromBytes(f.read(kOptionsRecordSize))
-                                                : OptionsRecord::Defaults();
+        QFile f;
+        Options() = OptionsRecord::Defaults();
+        try {
+            OpenForReading(f, optionsFile);
+            Options() = OptionsRecord::FromBytes(f.read(kOptionsRecordSize));
+        } catch (const Fault &) {
+            // As the GUI does with an options file it cannot read: the defaults.
+        }
     } else {
         ReadOptions();
     }

@@ -1,8 +1,11 @@
 #include "charts/widgets/chart_control.h"
 
 #include "charts/widgets/wmf_device.h"
+#include "core/fault.h"
+#include "core/safe_file.h"
 
 #include <qcustomplot.h>
+#include <QPdfWriter>
 #include <QSvgGenerator>
 #include <QVBoxLayout>
 #include <climits>
@@ -330,37 +333,67 @@ bool ChartControl::WithoutCross(Draw draw) {
     return ok;
 }
 
+// The cross is put back whatever became of the export.
 bool ChartControl::ExportJpeg(const QString &file, int width, int height, int quality) {
-    return WithoutCross([&] { return plot_->saveJpg(file, width, height, 1.0, quality); });
+    return WithoutCross([&] {
+        return Trap("ExportJpeg", false, [&] {
+            SafeFile::Render(file,
+                             [&](QIODevice &out) { return Raster(out, width, height, "JPG", quality); });
+            return true;
+        });
+    });
 }
 
 bool ChartControl::Export(const QString &file, int width, int height) {
-    return WithoutCross([&] { return ExportAs(file, width, height); });
+    return WithoutCross([&] {
+        return Trap("Export", false, [&] {
+            ExportAs(file, width, height);
+            return true;
+        });
+    });
 }
 
-bool ChartControl::ExportAs(const QString &file, int width, int height) {
+bool ChartControl::Raster(QIODevice &out, int width, int height, const char *format, int quality) {
+    return plot_->toPixmap(width, height, 1.0).save(&out, format, quality);
+}
+
+// Each format is drawn into memory and written by the safe writer, so a failure never
+// leaves a cut image in place of a good one.
+void ChartControl::ExportAs(const QString &file, int width, int height) {
     const QString lower = file.toLower();
-    if (lower.endsWith(QLatin1String(".png"))) return plot_->savePng(file, width, height);
-    if (lower.endsWith(QLatin1String(".pdf"))) return plot_->savePdf(file, width, height);
-    if (lower.endsWith(QLatin1String(".wmf"))) {
-        WmfDevice wmf(width, height);
+    const auto draw = [&](QPaintDevice *device) {
         QCPPainter painter;
-        if (!painter.begin(&wmf)) return false;
-        plot_->toPainter(&painter, width, height);
-        painter.end();
-        return wmf.Save(file);
-    }
-    if (lower.endsWith(QLatin1String(".svg"))) {
-        QSvgGenerator svg;
-        svg.setFileName(file);
-        svg.setSize(QSize(width, height));
-        svg.setViewBox(QRect(0, 0, width, height));
-        QCPPainter painter;
-        if (!painter.begin(&svg)) return false;
+        if (!painter.begin(device)) return false;
         plot_->toPainter(&painter, width, height);
         return painter.end();
+    };
+    if (lower.endsWith(QLatin1String(".png"))) {
+        SafeFile::Render(file, [&](QIODevice &out) { return Raster(out, width, height, "PNG", -1); });
+    } else if (lower.endsWith(QLatin1String(".pdf"))) {
+        SafeFile::Render(file, [&](QIODevice &out) {
+            QPdfWriter pdf(&out);
+            pdf.setResolution(72);  // a pixel of the chart is a point of the page
+            pdf.setPageLayout(QPageLayout(
+                QPageSize(QSizeF(width, height), QPageSize::Point, QString(), QPageSize::ExactMatch),
+                QPageLayout::Portrait, QMarginsF()));
+            pdf.setCreator(FaultSource());
+            return draw(&pdf);
+        });
+    } else if (lower.endsWith(QLatin1String(".wmf"))) {
+        WmfDevice wmf(width, height);
+        if (!draw(&wmf) || !wmf.Save(file))
+            Raise(err::DeviceIO, QStringLiteral("The picture could not be drawn"));
+    } else if (lower.endsWith(QLatin1String(".svg"))) {
+        SafeFile::Render(file, [&](QIODevice &out) {
+            QSvgGenerator svg;
+            svg.setOutputDevice(&out);
+            svg.setSize(QSize(width, height));
+            svg.setViewBox(QRect(0, 0, width, height));
+            return draw(&svg);
+        });
+    } else {
+        SafeFile::Render(file, [&](QIODevice &out) { return Raster(out, width, height, "JPG", 100); });
     }
-    return plot_->saveJpg(file, width, height, 1.0, 100);
 }
 
 }  // namespace fm

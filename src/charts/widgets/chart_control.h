@@ -12,6 +12,7 @@ class QCustomPlot;
 class QCPAbstractPlottable;
 class QCPItemStraightLine;
 class QCPTextElement;
+class QIODevice;
 
 namespace fm {
 
@@ -69,7 +70,8 @@ public:
     void HideCross();
     bool CrossVisible() const;
 
-    // Images: JPEG at the size and quality given, PNG, SVG, PDF by the extension.
+    // Images: JPEG at the size and quality given, PNG, SVG, PDF by the extension. A failure
+    // is reported with its cause and the file stays as it was.
     bool ExportJpeg(const QString &file, int width, int height, int quality);
     bool Export(const QString &file, int width, int height);
 
@@ -87,7 +89,8 @@ private:
     int SeriesAt(QPointF pos, int *point) const;
     template <class Draw>
     bool WithoutCross(Draw draw);
-    bool ExportAs(const QString &file, int width, int height);
+    void ExportAs(const QString &file, int width, int height);
+    bool Raster(QIODevice &out, int width, int height, const char *format, int quality);
 
     struct Series {
         Kind kind;

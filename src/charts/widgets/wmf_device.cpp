@@ -397,15 +397,8 @@ QByteArray WmfDevice::Bytes() const {
 
 bool WmfDevice::Save(const QString &file) const {
     if (engine_->file_.isEmpty()) return false;
-    try {
-        SafeFile out(file);
-        out.Open();
-        out.Write(engine_->file_);
-        out.Commit();
-        return true;
-    } catch (const Fault &) {
-        return false;
-    }
+    SafeFile::Save(file, engine_->file_);
+    return true;
 }
 
 int WmfDevice::metric(PaintDeviceMetric m) const {

@@ -19,7 +19,8 @@ public:
     QPaintEngine *paintEngine() const override;
     // The whole file once the painter has ended; empty before.
     QByteArray Bytes() const;
-    // Writes the file through a temporary, so that a failure leaves any earlier file whole.
+    // Writes the file through the safe writer; false when nothing was drawn. Raises a
+    // fault that names the cause when the file cannot be written.
     bool Save(const QString &file) const;
 
 protected:

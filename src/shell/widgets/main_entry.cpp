@@ -2,6 +2,7 @@
 
 #include "core/data_set.h"
 #include "core/fault.h"
+#include "core/file_access.h"
 #include "core/language.h"
 #include "core/options.h"
 #include "core/startup.h"
@@ -28,6 +29,7 @@
 #include <QMdiSubWindow>
 #include <QPointer>
 
+#include <csignal>
 #include <cstdlib>
 #include <unistd.h>
 
@@ -163,6 +165,9 @@ void ShutDown(QWidget *form) {
 }
 
 int Main(int argc, char **argv) {
+    // A file-size limit makes a write fail with EFBIG, reported like a full disk, instead
+    // of ending the program.
+    std::signal(SIGXFSZ, SIG_IGN);
     QApplication app(argc, argv);
     app.setApplicationName(QStringLiteral("Fluxmere"));
     // Ended from outside (logout, kill, Ctrl+C in a terminal): a running live log is
@@ -175,7 +180,10 @@ int Main(int argc, char **argv) {
         ::_exit(128 + sig);
     });
     app.setQuitOnLastWindowClosed(true);
-    if (!StartUp(3000, app.arguments().mid(1))) return 1;
+    // Names from the raw bytes: QApplication's own text of a name that is not UTF-8 loses them.
+    QStringList args;
+    for (int i = 1; i < argc; ++i) args << NameFromNative(argv[i]);
+    if (!StartUp(3000, args)) return 1;
     const int rc = app.exec();
     delete MainForm();
     return rc;

@@ -176,7 +176,7 @@ private slots:
         QTest::addColumn<QString>("step");
         QTest::addColumn<int>("line");
         QTest::addColumn<QString>("message");
-        QTest::newRow("session block refused") << "fault refuse 12" << "10" << 1 << ResString(3028);
+        QTest::newRow("session block refused") << "fault refuse 12" << "10" << 1 << ResString(4340);
         QTest::newRow("reply to the start lost") << "fault no-answer 13" << "10" << 3 << ResString(3029);
         QTest::newRow("step over 99") << "fault none" << "100" << 1 << "StartMonitoraggio";
     }

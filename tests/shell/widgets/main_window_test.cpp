@@ -208,7 +208,8 @@ private slots:
             w->close();
         });
         m->mnuSubSubMonitor_Click(6);  // no "Com 7" here
-        QCOMPARE(said, ResString(6));
+        // The advice, then the system's cause.
+        QCOMPARE(said, ResString(6) + QStringLiteral("\r\nInvalid port number"));
         for (QAction *a : m->mnuSubSubMonitor) QVERIFY(!a->isChecked());
         QCOMPARE(m->lblCommStatus->text(), ResString(5));
         m->mnuSubSubMonitor_Click(0);
