@@ -60,7 +60,7 @@ bool Parse(const QByteArray &table, QHash<int, QString> &texts) {
 bool InitLibrary(const QString &name) {
     return Trap("InitLibrary", false, [&] {
         if (!S().path.isEmpty()) FreeResLibrary();
-        const QString path = AppDir() + QLatin1Char('/') + name;
+        const QString path = DataDir() + QLatin1Char('/') + name;
         if (!QFile::exists(path) || !QResource::registerResource(path, QString::fromLatin1(kRoot))) return false;
         QFile table(QStringLiteral(":%1/fluxmere/language/strings.tsv").arg(QString::fromLatin1(kRoot)));
         QHash<int, QString> texts;

@@ -454,7 +454,7 @@ void frmMain::tbrToolbar_ButtonClick(int button) {
         case 21: Arrange(); return;
         case 23:
         case 24:
-            WinHelp(this, AppDir() + QLatin1Char('/') + Shared().HelpFileName, button == 23 ? HELP_FINDER : HELP_INDEX);
+            WinHelp(this, DataDir() + QLatin1Char('/') + Shared().HelpFileName, button == 23 ? HELP_FINDER : HELP_INDEX);
             return;
         default:
             if (auto it = Commands.find(button); it != Commands.end()) it->second();
