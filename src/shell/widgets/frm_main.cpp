@@ -29,6 +29,7 @@
 #include "shell/widgets/frm_wait.h"
 #include "shell/widgets/frm_warnings.h"
 #include "shell/widgets/main_entry.h"
+#include "shell/widgets/view_window.h"
 
 #include <QAction>
 #include <QApplication>
@@ -37,11 +38,14 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLayout>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QScreen>
 #include <QStatusBar>
+#include <QStyle>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -80,7 +84,12 @@ frmMain::frmMain() : DockControl_(this) {
     mdiArea->setObjectName(QStringLiteral("mdiArea"));
     mdiArea->setBackground(QColor(0x8a, 0x94, 0xa0));
     setCentralWidget(mdiArea);
-    resize(1100, 720);
+    // Four fifths of the screen's free area, centred: any fixed size is cramped on a
+    // large screen and runs off a small one.
+    if (const QScreen *sc = screen()) {
+        const QRect free = sc->availableGeometry();
+        setGeometry(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, free.size() * 0.8, free));
+    }
 
     SetUpToolbar();
     SetUpMenus();
@@ -559,12 +568,23 @@ void frmMain::Arrange() {
     for (QMdiSubWindow *w : mdiArea->subWindowList())
         if (w->isVisible() && !w->isMinimized()) windows << w;
     if (windows.isEmpty()) return;
-    const int h = mdiArea->viewport()->height() / int(windows.size());
-    int y = 0;
-    for (QMdiSubWindow *w : windows) {
-        if (w->isMaximized()) w->showNormal();
-        w->setGeometry(0, y, mdiArea->viewport()->width(), h);
-        y += h;
+    // Right after a show or a resize the area may not have its new size yet.
+    if (layout()) layout()->activate();
+    // One above the other, each the full width; when that would make them lower than
+    // they can be, in as many columns as it takes to keep them all in sight.
+    const QSize area = mdiArea->viewport()->size();
+    int lowest = 1;
+    for (QMdiSubWindow *w : windows) lowest = qMax(lowest, w->minimumSizeHint().height());
+    const int n = int(windows.size());
+    const int fit = qMax(1, area.height() / lowest);
+    const int columns = (n + fit - 1) / fit;
+    const int rows = (n + columns - 1) / columns;
+    const int w = area.width() / columns, h = area.height() / rows;
+    for (int i = 0; i < n; ++i) {
+        QMdiSubWindow *sub = windows[i];
+        if (sub->isMaximized()) sub->showNormal();
+        sub->setGeometry((i / rows) * w, (i % rows) * h, w, h);
+        KeepInside(sub);
     }
 }
 
