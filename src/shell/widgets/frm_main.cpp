@@ -16,6 +16,7 @@
 #include "link/transaction.h"
 #include "monitor/widgets/frm_id_code.h"
 #include "monitor/widgets/frm_monitor.h"
+#include "shell/file_folders.h"
 #include "shell/widgets/frm_about.h"
 #include "shell/widgets/frm_date.h"
 #include "shell/widgets/frm_help.h"
@@ -366,7 +367,7 @@ void frmMain::FileDialogFor(int button) {
     dlgFile.CancelError = true;
     dlgFile.FilterIndex = 0;
     const QString last = Options().LastPath.trimmed();
-    dlgFile.InitDir = last;
+    dlgFile.InitDir = StartFolder(button == 4 ? FileKind::Tables : FileKind::Logs);
     const QString file = SplitFileName(last, true);
     dlgFile.FileName = !file.isEmpty() && QFileInfo(last).isFile() ? file : QString();
     if (button == 2) {
@@ -424,7 +425,7 @@ void frmMain::ExportCommand() {
     FileDialogFor(4);
     if (!dlgFile.ShowSave(this)) return;
     const QString name = dlgFile.FileName;
-    Options().LastPath = OptionText(SplitFileName(name, false));
+    RememberFolder(FileKind::Tables, name);  // tables keep their own folder; LastPath is the logs'
     if (!SaveTable(name, dlgFile.FilterIndex)) MessBox(ResString(8), {}, -1, -1);
 }
 
