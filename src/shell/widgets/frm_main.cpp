@@ -580,11 +580,14 @@ void frmMain::Arrange() {
     const int fit = qMax(1, area.height() / lowest);
     const int columns = (n + fit - 1) / fit;
     const int rows = (n + columns - 1) / columns;
-    const int w = area.width() / columns, h = area.height() / rows;
+    const int w = area.width() / columns;
     for (int i = 0; i < n; ++i) {
         QMdiSubWindow *sub = windows[i];
+        // The last column may hold fewer windows: they share its whole height.
+        const int column = i / rows, inColumn = qMin(rows, n - column * rows);
+        const int h = area.height() / inColumn;
         if (sub->isMaximized()) sub->showNormal();
-        sub->setGeometry((i / rows) * w, (i % rows) * h, w, h);
+        sub->setGeometry(column * w, (i % rows) * h, w, h);
         KeepInside(sub);
     }
 }
