@@ -49,7 +49,9 @@ bool Usable(const QString &folder) {
 }
 }  // namespace
 
-QString DesktopSettingsPath() { return WritableDir() + QStringLiteral("/Fluxmere-desktop.ini"); }
+QString DesktopSettingsPath() {
+    return WritableDir() + QStringLiteral("/Fluxmere-desktop.ini");
+}
 
 QString StartFolder(FileKind kind) {
     QString folder;

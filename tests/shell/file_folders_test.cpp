@@ -4,9 +4,9 @@
 #include "core/options.h"
 #include "support/test_env.h"
 
+#include <gtest/gtest.h>
 #include <QDir>
 #include <QStandardPaths>
-#include <gtest/gtest.h>
 
 using namespace fm;
 
@@ -19,13 +19,15 @@ QString Documents() {
 
 TEST(FileFolders, EachKindKeepsItsOwnFolderAndNeverThePrograms) {
     test::Fresh fresh;
-    const QString tables = fresh.Path(QStringLiteral("tables")), images = fresh.Path(QStringLiteral("images"));
+    const QString tables = fresh.Path(QStringLiteral("tables")),
+                  images = fresh.Path(QStringLiteral("images"));
     QDir().mkpath(tables);
     QDir().mkpath(images);
 
     // A first start: LastPath holds the program's folder, and nothing else is known.
     Options() = OptionsRecord::Defaults();
-    for (FileKind k : {FileKind::Logs, FileKind::Tables, FileKind::Images}) EXPECT_EQ(StartFolder(k), Documents());
+    for (FileKind k : {FileKind::Logs, FileKind::Tables, FileKind::Images})
+        EXPECT_EQ(StartFolder(k), Documents());
 
     RememberFolder(FileKind::Tables, tables + QStringLiteral("/out.csv"));
     RememberFolder(FileKind::Images, images + QStringLiteral("/chart.png"));

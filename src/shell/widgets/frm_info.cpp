@@ -25,7 +25,8 @@ class ElidedLabel : public QLabel {
 public:
     using QLabel::QLabel;
     QSize minimumSizeHint() const override {
-        return {fontMetrics().horizontalAdvance(QStringLiteral("…")) + 2 * margin(), QLabel::minimumSizeHint().height()};
+        return {fontMetrics().horizontalAdvance(QStringLiteral("…")) + 2 * margin(),
+                QLabel::minimumSizeHint().height()};
     }
     QSize sizeHint() const override { return minimumSizeHint().expandedTo({80, 0}); }
 
@@ -47,7 +48,8 @@ QLabel *Caption(QWidget *parent, const char *text, int tag) {
 
 // `wrap`: the text breaks into lines instead.
 QLabel *Value(QWidget *parent, const char *name, bool wrap = false) {
-    auto *l = wrap ? new QLabel(QStringLiteral("---"), parent) : new ElidedLabel(QStringLiteral("---"), parent);
+    auto *l =
+        wrap ? new QLabel(QStringLiteral("---"), parent) : new ElidedLabel(QStringLiteral("---"), parent);
     l->setWordWrap(wrap);
     l->setObjectName(QLatin1String(name));
     l->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -104,7 +106,8 @@ frmInfo::frmInfo(QWidget *parent) : QWidget(parent) {
     // as the longest from the start, so none of them is ever cut.
     for (QLabel *l : {lblCommStatus, lblMonitorStatus}) {
         int widest = 0;
-        for (int n : {5, 3010, 3011, 3022, 3023}) widest = qMax(widest, l->fontMetrics().horizontalAdvance(ResString(n)));
+        for (int n : {5, 3010, 3011, 3022, 3023})
+            widest = qMax(widest, l->fontMetrics().horizontalAdvance(ResString(n)));
         l->setMinimumWidth(widest + 2 * l->margin() + 2);
     }
     m->setColumnStretch(1, 1);

@@ -104,10 +104,12 @@ private slots:
             QCOMPARE(dock->width(), before);
             QCOMPARE(m->mdiArea->width(), areaBefore);
             for (QLabel *l : {m->Info->lblMonitorStatus, m->Info->lblCommStatus})
-                QVERIFY2(l->contentsRect().width() >= l->fontMetrics().horizontalAdvance(l->text()), qPrintable(l->text()));
+                QVERIFY2(l->contentsRect().width() >= l->fontMetrics().horizontalAdvance(l->text()),
+                         qPrintable(l->text()));
         }
         // A long value is cut at the edge and shown whole in its tooltip.
-        Data().DataSource = QStringLiteral("/home/someone/") + QString(300, QLatin1Char('x')) + QStringLiteral(".log");
+        Data().DataSource =
+            QStringLiteral("/home/someone/") + QString(300, QLatin1Char('x')) + QStringLiteral(".log");
         m->UpdateInfo();
         m->Info->lblDataSource->grab();
         QCOMPARE(dock->width(), before);
@@ -124,8 +126,13 @@ private slots:
         m->tbrToolbar_ButtonClick(14);  // F5: the statistics chart, larger than the area is high
         QMdiSubWindow *stats = m->mdiArea->activeSubWindow();
         QVERIFY(stats && stats->property("viewButton").toInt() == 14);
-        QVERIFY2(area.contains(stats->geometry()), qPrintable(QStringLiteral("%1,%2 %3x%4 in %5x%6").arg(stats->x())
-            .arg(stats->y()).arg(stats->width()).arg(stats->height()).arg(area.width()).arg(area.height())));
+        QVERIFY2(area.contains(stats->geometry()), qPrintable(QStringLiteral("%1,%2 %3x%4 in %5x%6")
+                                                                  .arg(stats->x())
+                                                                  .arg(stats->y())
+                                                                  .arg(stats->width())
+                                                                  .arg(stats->height())
+                                                                  .arg(area.width())
+                                                                  .arg(area.height())));
         m->tbrToolbar_ButtonClick(19);  // the warnings too: four windows in a low area
         m->resize(760, 420);
         QTest::qWait(20);
@@ -147,7 +154,8 @@ private slots:
             bottom = qMax(bottom, w->geometry().bottom() + 1);
         }
         QCOMPARE(right, area.width());
-        QVERIFY2(area.height() - bottom < 4, qPrintable(QStringLiteral("%1 of %2").arg(bottom).arg(area.height())));
+        QVERIFY2(area.height() - bottom < 4,
+                 qPrintable(QStringLiteral("%1 of %2").arg(bottom).arg(area.height())));
     }
 
     void fileDialogsOpenInTheFolderOfTheirKind() {
@@ -168,7 +176,8 @@ private slots:
         m->tbrToolbar_ButtonClick(4);
         QCOMPARE(opened, QStringList(3, QDir::cleanPath(Documents())));
 
-        const QString pictures = dir_.filePath(QStringLiteral("pictures")), tables = dir_.filePath(QStringLiteral("tables"));
+        const QString pictures = dir_.filePath(QStringLiteral("pictures")),
+                      tables = dir_.filePath(QStringLiteral("tables"));
         QDir().mkpath(pictures);
         QDir().mkpath(tables);
         answer = pictures + QStringLiteral("/chart.jpg");
