@@ -9,6 +9,8 @@ pkgs=(
   libgtest-dev libbenchmark-dev
   clang libclang-rt-dev
   xvfb xauth
+  desktop-file-utils appstream shared-mime-info xdg-utils libfile-mimeinfo-perl  # the install test
+  qt6-translations-l10n  # Qt's own dialogs in Italian
   libwmf-bin fonts-urw-base35  # an independent metafile reader for the tests, and the fonts it needs
 )
 missing=()

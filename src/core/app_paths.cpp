@@ -22,6 +22,14 @@ QString AppDir() {
     return QDir::currentPath();
 }
 
+QString DataDir() {
+    const QString app = AppDir();
+    if (QFileInfo::exists(app + QStringLiteral("/Language.dll"))) return app;
+    const QString shared = QDir::cleanPath(app + QStringLiteral("/../share/fluxmere"));
+    if (QFileInfo::exists(shared + QStringLiteral("/Language.dll"))) return shared;
+    return app;
+}
+
 QString WritableDir() {
     if (!g_writableDir.isEmpty()) return g_writableDir;
     const QString app = AppDir();

@@ -4,9 +4,14 @@
 #include "core/fault.h"
 #include "core/regional.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QHash>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QPointer>
 #include <QResource>
+#include <QTranslator>
 
 namespace fm {
 namespace {
@@ -60,7 +65,7 @@ bool Parse(const QByteArray &table, QHash<int, QString> &texts) {
 bool InitLibrary(const QString &name) {
     return Trap("InitLibrary", false, [&] {
         if (!S().path.isEmpty()) FreeResLibrary();
-        const QString path = AppDir() + QLatin1Char('/') + name;
+        const QString path = DataDir() + QLatin1Char('/') + name;
         if (!QFile::exists(path) || !QResource::registerResource(path, QString::fromLatin1(kRoot))) return false;
         QFile table(QStringLiteral(":%1/fluxmere/language/strings.tsv").arg(QString::fromLatin1(kRoot)));
         QHash<int, QString> texts;
@@ -74,7 +79,32 @@ bool InitLibrary(const QString &name) {
     });
 }
 
-void SetLanguage(int index) { S().offset = index * kLanguageStride; }
+void SetLanguage(int index) {
+    S().offset = index * kLanguageStride;
+    UseQtTranslations(index);
+}
+
+int SystemLanguage() { return QLocale::system().language() == QLocale::Italian ? 0 : 1; }
+
+bool UseQtTranslations(int index) {
+    static QPointer<QTranslator> installed;
+    if (!QCoreApplication::instance()) return false;
+    if (installed) {
+        QCoreApplication::removeTranslator(installed);
+        delete installed;
+    }
+    if (index != 0) return true;  // Qt speaks English by itself
+    // Owned by the application, so that it goes with it.
+    auto *t = new QTranslator(QCoreApplication::instance());
+    if (!t->load(QLocale(QLocale::Italian), QStringLiteral("qt"), QStringLiteral("_"),
+                 QLibraryInfo::path(QLibraryInfo::TranslationsPath)) ||
+        !QCoreApplication::installTranslator(t)) {
+        delete t;
+        return false;
+    }
+    installed = t;
+    return true;
+}
 
 QString ResString(int number) {
     if (S().path.isEmpty()) return {};

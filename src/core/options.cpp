@@ -3,6 +3,7 @@
 #include "core/app_paths.h"
 #include "core/cp1252.h"
 #include "core/fault.h"
+#include "core/language.h"
 #include "core/safe_file.h"
 
 #include <QDir>
@@ -169,6 +170,8 @@ bool ReadOptions() {
         QFile file(OptionsPath());
         if (!file.exists()) {
             Options() = OptionsRecord::Defaults();
+            // A first start speaks the language of the system; the options decide after.
+            Options().Language = uint8_t(SystemLanguage());
             return true;
         }
         // A file that cannot be read leaves the start with the defaults rather than an

@@ -16,7 +16,7 @@ bool CheckIntegrity() {
             {"Language.dll", "Language DLL Not Found"},
         };
         for (const auto &[file, message] : required) {
-            if (!QFile::exists(AppDir() + QLatin1Char('/') + QLatin1String(file))) {
+            if (!QFile::exists(DataDir() + QLatin1Char('/') + QLatin1String(file))) {
                 Host().SystemBox(QString::fromLatin1(message), QStringLiteral("ERROR"), SystemBoxKind::CriticalOk);
                 return false;
             }

@@ -4,6 +4,7 @@
 #include <functional>
 
 namespace fm {
-// Carries out "-L file" pairs; `loaded` runs after each file that loaded.
+// Carries out "-L file" pairs, or loads each token as a file when none is an option
+// (the form desktop launchers use); `loaded` runs after each file that loaded.
 void GestioneCommandLine(const QString &tail, const std::function<void()> &loaded);
 }  // namespace fm

@@ -3,11 +3,10 @@
 #include "charts/widgets/chart_control.h"
 #include "core/host.h"
 #include "core/language.h"
+#include "shell/file_folders.h"
 #include "shell/widgets/common_dialog.h"
 #include "shell/widgets/frm_main.h"
 
-#include <QCoreApplication>
-#include <QDir>
 
 namespace fm {
 namespace {
@@ -31,12 +30,13 @@ void SaveChartImage(ChartControl *chart, QWidget *parent, const QString &title,
     dlg.DialogTitle = title;
     dlg.Filter = jpegWmfFilter + QStringLiteral("|PNG (*.png)|*.png|SVG (*.svg)|*.svg|PDF (*.pdf)|*.pdf");
     dlg.FilterIndex = 1;
-    dlg.InitDir = QDir::toNativeSeparators(QCoreApplication::applicationDirPath()) + QDir::separator();
+    dlg.InitDir = StartFolder(FileKind::Images);
     dlg.Flags = 6;
     if (!dlg.ShowSave(parent)) return;
     // The filter in force decides the format, whatever extension was typed.
     const int index = qBound(1, dlg.FilterIndex, 5);
     QString name = dlg.FileName;
+    RememberFolder(FileKind::Images, name);
     const QString want = QLatin1String(kExtensions[index - 1]);
     if (!name.endsWith(want, Qt::CaseInsensitive)) name += want;
     if (!ExportChartImage(chart, name)) Host().MessBox(ResString(8), {}, -1, -1);

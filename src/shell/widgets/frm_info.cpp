@@ -5,14 +5,40 @@
 #include "core/widgets/set_up_form.h"
 #include "shell/info_model.h"
 
+#include "core/language.h"
+
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace fm {
 namespace {
+
+// A value never widens the panel: what does not fit ends in "…", and the whole text is
+// in the tooltip. (A label that grows with its text pushed the panel, and with it the
+// child windows' close buttons, off the screen when the link came up.)
+class ElidedLabel : public QLabel {
+public:
+    using QLabel::QLabel;
+    QSize minimumSizeHint() const override {
+        return {fontMetrics().horizontalAdvance(QStringLiteral("…")) + 2 * margin(),
+                QLabel::minimumSizeHint().height()};
+    }
+    QSize sizeHint() const override { return minimumSizeHint().expandedTo({80, 0}); }
+
+protected:
+    void paintEvent(QPaintEvent *) override {
+        QPainter p(this);
+        const QRect r = contentsRect().adjusted(margin(), margin(), -margin(), -margin());
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, r.width());
+        setToolTip(shown == text() ? QString() : text());
+        style()->drawItemText(&p, r, int(alignment()), palette(), isEnabled(), shown, foregroundRole());
+    }
+};
 
 QLabel *Caption(QWidget *parent, const char *text, int tag) {
     auto *l = new QLabel(QString::fromUtf8(text), parent);
@@ -20,8 +46,11 @@ QLabel *Caption(QWidget *parent, const char *text, int tag) {
     return l;
 }
 
-QLabel *Value(QWidget *parent, const char *name) {
-    auto *l = new QLabel(QStringLiteral("---"), parent);
+// `wrap`: the text breaks into lines instead.
+QLabel *Value(QWidget *parent, const char *name, bool wrap = false) {
+    auto *l =
+        wrap ? new QLabel(QStringLiteral("---"), parent) : new ElidedLabel(QStringLiteral("---"), parent);
+    l->setWordWrap(wrap);
     l->setObjectName(QLatin1String(name));
     l->setTextInteractionFlags(Qt::TextSelectableByMouse);
     QFont f = l->font();
@@ -54,8 +83,7 @@ frmInfo::frmInfo(QWidget *parent) : QWidget(parent) {
     add(Caption(fmeData, "Average", 3046), lblValue[2] = Value(fmeData, "lblValue2"));
     add(Caption(fmeData, "Mediana", 3051), lblValue[3] = Value(fmeData, "lblValue3"));
     add(Caption(fmeData, "Short ID", 4025), lblShortID1 = Value(fmeData, "lblShortID1"));
-    add(Caption(fmeData, "Long ID", 4026), lblLongID1 = Value(fmeData, "lblLongID1"));
-    lblLongID1->setWordWrap(true);
+    add(Caption(fmeData, "Long ID", 4026), lblLongID1 = Value(fmeData, "lblLongID1", true));
     auto *icons = new QHBoxLayout;
     imgDataPresent = new QLabel(fmeData);
     imgSaved = new QLabel(fmeData);
@@ -74,6 +102,14 @@ frmInfo::frmInfo(QWidget *parent) : QWidget(parent) {
     m->addWidget(lblMonitorStatus = Value(fmeMonitor, "lblMonitorStatus"), 1, 1);
     lblMonitorStatus->setAutoFillBackground(true);
     lblMonitorStatus->setMargin(2);
+    // The states of the link and of the session are short and known: the panel is as wide
+    // as the longest from the start, so none of them is ever cut.
+    for (QLabel *l : {lblCommStatus, lblMonitorStatus}) {
+        int widest = 0;
+        for (int n : {5, 3010, 3011, 3022, 3023})
+            widest = qMax(widest, l->fontMetrics().horizontalAdvance(ResString(n)));
+        l->setMinimumWidth(widest + 2 * l->margin() + 2);
+    }
     m->setColumnStretch(1, 1);
     m->setRowStretch(2, 1);
 

@@ -17,6 +17,7 @@
 #include "link/transaction.h"
 #include "monitor/widgets/frm_id_code.h"
 #include "monitor/widgets/frm_monitor.h"
+#include "shell/file_folders.h"
 #include "shell/widgets/frm_about.h"
 #include "shell/widgets/frm_date.h"
 #include "shell/widgets/frm_help.h"
@@ -30,6 +31,7 @@
 #include "shell/widgets/frm_wait.h"
 #include "shell/widgets/frm_warnings.h"
 #include "shell/widgets/main_entry.h"
+#include "shell/widgets/view_window.h"
 
 #include <QAction>
 #include <QApplication>
@@ -38,11 +40,14 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLayout>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QScreen>
 #include <QStatusBar>
+#include <QStyle>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -81,7 +86,12 @@ frmMain::frmMain() : DockControl_(this) {
     mdiArea->setObjectName(QStringLiteral("mdiArea"));
     mdiArea->setBackground(QColor(0x8a, 0x94, 0xa0));
     setCentralWidget(mdiArea);
-    resize(1100, 720);
+    // Four fifths of the screen's free area, centred: any fixed size is cramped on a
+    // large screen and runs off a small one.
+    if (const QScreen *sc = screen()) {
+        const QRect free = sc->availableGeometry();
+        setGeometry(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, free.size() * 0.8, free));
+    }
 
     SetUpToolbar();
     SetUpMenus();
@@ -360,7 +370,7 @@ void frmMain::FileDialogFor(int button) {
     dlgFile.CancelError = true;
     dlgFile.FilterIndex = 0;
     const QString last = Options().LastPath.trimmed();
-    dlgFile.InitDir = last;
+    dlgFile.InitDir = StartFolder(button == 4 ? FileKind::Tables : FileKind::Logs);
     const QString file = SplitFileName(last, true);
     dlgFile.FileName = !file.isEmpty() && QFileInfo(last).isFile() ? file : QString();
     if (button == 2) {
@@ -418,7 +428,7 @@ void frmMain::ExportCommand() {
     FileDialogFor(4);
     if (!dlgFile.ShowSave(this)) return;
     const QString name = dlgFile.FileName;
-    Options().LastPath = OptionText(SplitFileName(name, false));
+    RememberFolder(FileKind::Tables, name);  // tables keep their own folder; LastPath is the logs'
     if (!SaveTable(name, dlgFile.FilterIndex)) MessBox(ResString(8), {}, -1, -1);
 }
 
@@ -457,7 +467,7 @@ void frmMain::tbrToolbar_ButtonClick(int button) {
         case 21: Arrange(); return;
         case 23:
         case 24:
-            WinHelp(this, AppDir() + QLatin1Char('/') + Shared().HelpFileName, button == 23 ? HELP_FINDER : HELP_INDEX);
+            WinHelp(this, DataDir() + QLatin1Char('/') + Shared().HelpFileName, button == 23 ? HELP_FINDER : HELP_INDEX);
             return;
         default:
             if (auto it = Commands.find(button); it != Commands.end()) it->second();
@@ -562,12 +572,26 @@ void frmMain::Arrange() {
     for (QMdiSubWindow *w : mdiArea->subWindowList())
         if (w->isVisible() && !w->isMinimized()) windows << w;
     if (windows.isEmpty()) return;
-    const int h = mdiArea->viewport()->height() / int(windows.size());
-    int y = 0;
-    for (QMdiSubWindow *w : windows) {
-        if (w->isMaximized()) w->showNormal();
-        w->setGeometry(0, y, mdiArea->viewport()->width(), h);
-        y += h;
+    // Right after a show or a resize the area may not have its new size yet.
+    if (layout()) layout()->activate();
+    // One above the other, each the full width; when that would make them lower than
+    // they can be, in as many columns as it takes to keep them all in sight.
+    const QSize area = mdiArea->viewport()->size();
+    int lowest = 1;
+    for (QMdiSubWindow *w : windows) lowest = qMax(lowest, w->minimumSizeHint().height());
+    const int n = int(windows.size());
+    const int fit = qMax(1, area.height() / lowest);
+    const int columns = (n + fit - 1) / fit;
+    const int rows = (n + columns - 1) / columns;
+    const int w = area.width() / columns;
+    for (int i = 0; i < n; ++i) {
+        QMdiSubWindow *sub = windows[i];
+        // The last column may hold fewer windows: they share its whole height.
+        const int column = i / rows, inColumn = qMin(rows, n - column * rows);
+        const int h = area.height() / inColumn;
+        if (sub->isMaximized()) sub->showNormal();
+        sub->setGeometry(column * w, (i % rows) * h, w, h);
+        KeepInside(sub);
     }
 }
 

@@ -155,6 +155,9 @@ void frmSettings::ShowColor(int i) {
         CommonDialog &dlg = MainForm() ? MainForm()->dlgFile : local;
         dlg.Flags = 1;
         dlg.CancelError = true;
+        // The dialog is shared with the file commands: it must not keep their title.
+        const int captions[] = {4062, 4063, 4064, 4065, 4078, 4066, 4067, 4154};
+        dlg.DialogTitle = ResString(3060) + QStringLiteral(": ") + ResString(captions[k]);
         dlg.Color = colors[size_t(k)];
         if (!dlg.ShowColor(this)) return;
         colors[size_t(k)] = dlg.Color;

@@ -1,6 +1,5 @@
 #include "shell/widgets/frm_source.h"
 
-#include "core/app_paths.h"
 #include "core/data_set.h"
 #include "core/fault.h"
 #include "core/host.h"
@@ -8,6 +7,7 @@
 #include "core/widgets/icons.h"
 #include "core/widgets/set_up_form.h"
 #include "shell/data_list.h"
+#include "shell/file_folders.h"
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/source_view.h"
 #include "shell/widgets/view_window.h"
@@ -101,9 +101,10 @@ void frmSource::SaveList() {
     dlg.DialogTitle = ResString(4084);
     dlg.Filter = ResString(4085) + QStringLiteral(" (*.txt)|*.txt|") + ResString(3002) + QStringLiteral(" (*.*)|*.*");
     dlg.FilterIndex = 1;
-    dlg.InitDir = AppDir() + QLatin1Char('/');
+    dlg.InitDir = StartFolder(FileKind::Tables);
     dlg.Flags = 6;
     if (!dlg.ShowSave(this) || !txtSource->List()) return;
+    RememberFolder(FileKind::Tables, dlg.FileName);
     SalvaDati(*txtSource->List(), dlg.FileName);
 }
 

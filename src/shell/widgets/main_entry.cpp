@@ -117,7 +117,18 @@ bool StartUp(int splashMs, const QStringList &arguments) {
         main->show();
         switch (Options().MainWindowState) {
         case 1: main->showMinimized(); break;
-        case 2: main->showMaximized(); break;
+        case 2: {
+            // The window manager maximises in its own time: the views that the command line
+            // opens are tiled to the size the window is about to have, not the one it leaves.
+            const QSize before = main->size();
+            main->showMaximized();
+            QElapsedTimer wait;
+            wait.start();
+            while (main->size() == before && wait.elapsed() < 1500)
+                QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+            QCoreApplication::processEvents();
+            break;
+        }
         default: break;
         }
         OfferLiveLogRecovery();

@@ -10,6 +10,9 @@ class QWidget;
 namespace fm {
 // Adds the form as a child of the main window, closed for good when the user closes it.
 QMdiSubWindow *AddView(QWidget *form, int icon, QSize size);
+// Moves and, if need be, shrinks a child window so that it lies wholly in the area
+// that shows the child windows.
+void KeepInside(QMdiSubWindow *w);
 // The caption of text `tag`, with the file of the measurement in brackets.
 QString ViewCaption(int tag);
 }  // namespace fm
