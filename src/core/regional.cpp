@@ -279,7 +279,8 @@ QDateTime DateToDateTime(double oleDate) {
         rest += kDayMs;
         --day;
     }
-    return QDateTime(kEpoch.addDays(day), QTime::fromMSecsSinceStartOfDay(int(rest)));
+    // Naive date-times: UTC has no gaps or folds and asks no time-zone database.
+    return QDateTime(kEpoch.addDays(day), QTime::fromMSecsSinceStartOfDay(int(rest)), Qt::UTC);
 }
 
 bool IsDateInterval(const QString &i) {
@@ -368,6 +369,44 @@ QString GeneralDate(double date) {
     return text;
 }
 
+void DateTexts::Split(double date) {
+    const int64_t ms = ToLinearMs(date);
+    day_ = ms / kDayMs;
+    int64_t rest = ms % kDayMs;
+    if (rest < 0) {
+        rest += kDayMs;
+        --day_;
+    }
+    second_ = rest / 1000;
+}
+
+const QString &DateTexts::ShortDate(double date) {
+    Split(date);
+    if (!dayKnown_ || textDay_ != day_) {
+        dayText_ = QLocale().toString(kEpoch.addDays(day_), Regional().shortDate);
+        textDay_ = day_;
+        dayKnown_ = true;
+    }
+    return dayText_;
+}
+
+const QString &DateTexts::LongTime(double date) {
+    Split(date);
+    if (times_.empty()) times_.resize(size_t(kDaySeconds));
+    QString &text = times_[size_t(second_)];
+    if (text.isNull()) {
+        const int s = int(second_);
+        text = QLocale().toString(QTime(s / 3600, s / 60 % 60, s % 60), Regional().longTime);
+    }
+    return text;
+}
+
+QString DateTexts::General(double date) {
+    QString text = ShortDate(date);
+    if (second_ != 0) text += QLatin1Char(' ') + LongTime(date);
+    return text;
+}
+
 bool ParseDate(QStringView input, double *out) {
     const QString text = input.trimmed().toString();
     if (text.isEmpty()) return false;
@@ -443,6 +482,58 @@ QChar DecimalMark() {
 
 QString FormatNumber(double value, QStringView pattern) { return FormatImpl(value, pattern); }
 QString FormatNumber(float value, QStringView pattern) { return FormatImpl(value, pattern); }
+
+FixedNumber::FixedNumber(int whole, int decimals)
+    : whole_(whole), decimals_(decimals), mark_(DecimalMark()),
+      pattern_(QLatin1Char('#') + QString(whole, QLatin1Char('0')) + QLatin1Char('.') +
+               QString(decimals, QLatin1Char('0'))) {}
+
+void FixedNumber::Append(QString &out, double value, int width, QStringView prefix) const {
+    AppendImpl(out, value, width, prefix);
+}
+void FixedNumber::Append(QString &out, float value, int width, QStringView prefix) const {
+    AppendImpl(out, value, width, prefix);
+}
+
+template <class T>
+void FixedNumber::AppendImpl(QString &out, T value, int width, QStringView prefix) const {
+    static const double scale[] = {1, 10, 100, 1e3, 1e4, 1e5, 1e6};
+    char16_t buf[48];
+    int len = 0;
+    const double r = decimals_ <= 6 ? double(value) * scale[decimals_] : 0;
+    // A value's shortest text can lie up to its own spacing away from its binary value:
+    // that close to a tie, only the text decides the rounding.
+    const T a = std::fabs(value);
+    const double spacing = decimals_ <= 6 ? scale[decimals_] * double(std::nextafter(a, a * 2 + 1) - a) : 0;
+    const bool fast = decimals_ <= 6 && std::isfinite(r) && std::fabs(r) < 1e12 &&
+                      std::fabs(std::fabs(r - std::trunc(r)) - 0.5) > std::max(1e-3, spacing);
+    if (!fast) {
+        const QString text = FormatNumber(value, pattern_);
+        for (int i = int(prefix.size() + text.size()); i < width; ++i) out += QLatin1Char(' ');
+        out += prefix;
+        out += text;
+        return;
+    }
+    long long units = std::llround(r);
+    const bool negative = units < 0;
+    if (negative) units = -units;
+    char digits[24];
+    int n = 0;
+    for (long long u = units; n <= decimals_ || u > 0; u /= 10) digits[n++] = char('0' + u % 10);
+    // digits holds the number backwards, at least decimals + 1 of them.
+    if (negative && units != 0) buf[len++] = u'-';
+    const int intDigits = n - decimals_;
+    const bool zeroInt = intDigits == 1 && digits[n - 1] == '0';
+    if (!zeroInt || whole_ > 0)
+        for (int i = n - 1; i >= decimals_; --i) buf[len++] = char16_t(digits[i]);
+    if (decimals_ > 0) {
+        buf[len++] = mark_.unicode();
+        for (int i = decimals_ - 1; i >= 0; --i) buf[len++] = char16_t(digits[i]);
+    }
+    for (int i = int(prefix.size()) + len; i < width; ++i) out += QLatin1Char(' ');
+    out += prefix;
+    out += QStringView(buf, len);
+}
 
 namespace {
 template <class T>

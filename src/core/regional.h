@@ -10,6 +10,7 @@
 #include <QStringView>
 #include <cstdint>
 #include <functional>
+#include <vector>
 
 namespace fm {
 
@@ -35,6 +36,22 @@ void SetClock(std::function<double()> clock);
 QString GeneralDate(double date);
 QString ShortDate(double date);  // "ddddd"
 QString LongTime(double date);   // "ttttt"
+// The same texts for many samples in a row: each day's date and each second's time
+// go through the locale once, so a year of samples costs a few thousand texts.
+class DateTexts {
+public:
+    const QString &ShortDate(double date);
+    const QString &LongTime(double date);
+    QString General(double date);
+
+private:
+    void Split(double date);
+    int64_t day_ = 0, second_ = 0;
+    bool dayKnown_ = false;
+    int64_t textDay_ = 0;
+    QString dayText_;
+    std::vector<QString> times_;  // by second of the day, made when first asked for
+};
 // Pattern-free forms the tolerant parser reads back.
 QString ShortDateFormat();  // e.g. "dd/MM/yyyy"
 QString LongTimeFormat();   // e.g. "HH:mm:ss"
@@ -60,6 +77,25 @@ QString FormatNumber(double value, QStringView pattern);
 QString FormatNumber(float value, QStringView pattern);
 template <class T>
 QString FormatNumber(T value, QStringView pattern) = delete;
+// FormatNumber's text for the plain patterns of the tables: `whole` required digits
+// before the mark ("#0.00" has 1, "#.0000" none) and `decimals` after it, without the
+// pattern walk. Near a tie it asks FormatNumber, whose decimal text decides.
+class FixedNumber {
+public:
+    FixedNumber(int whole, int decimals);
+    // Appends prefix and the number, blanks in front up to width (as Formatta does).
+    void Append(QString &out, double value, int width = 0, QStringView prefix = {}) const;
+    void Append(QString &out, float value, int width = 0, QStringView prefix = {}) const;
+    template <class T>
+    void Append(QString &, T, int = 0, QStringView = {}) const = delete;
+
+private:
+    template <class T>
+    void AppendImpl(QString &out, T value, int width, QStringView prefix) const;
+    int whole_, decimals_;
+    QChar mark_;
+    QString pattern_;
+};
 // Str: a leading blank for a non-negative number, a point as decimal mark.
 QString Str(double value);
 QString Str(float value);

@@ -6,16 +6,18 @@
 #include "core/language.h"
 #include "core/regional.h"
 #include "core/safe_file.h"
-#include "core/text_align.h"
 
 namespace fm {
 namespace {
 // The date and the time are formed apart, so a sample at midnight shows its time too.
-QString When(const MeasurementData &d, int32_t i) {
+void When(DateTexts &dates, const MeasurementData &d, int32_t i, QString &out) {
     const double date = d.SampleDate(i);
-    return ShortDate(date) + QLatin1Char(' ') + LongTime(date);
+    out += dates.ShortDate(date);
+    out += QLatin1Char(' ');
+    out += dates.LongTime(date);
 }
 
+// Rows are appended to a text that goes to the code page a block at a time.
 template <class Row>
 bool Write(const char *procedure, const QString &fileName, const QString &heading, Row row) {
     return Trap(procedure, false, [&] {
@@ -25,10 +27,16 @@ bool Write(const char *procedure, const QString &fileName, const QString &headin
         SafeFile file(fileName);
         file.Open();
         QByteArray out = ToCp1252(heading);
+        QString text;
+        DateTexts dates;
         for (int32_t i = 1; i <= n; ++i) {
-            out += ToCp1252(row(d, i));
+            row(dates, d, i, text);
+            if (text.size() < (1 << 16)) continue;
+            out += ToCp1252(text);
+            text.resize(0);
             file.Spill(out);
         }
+        out += ToCp1252(text);
         file.Write(out);
         file.Commit();
         return true;
@@ -45,21 +53,34 @@ bool SaveCsvFile(const QString &fileName) {
     heading += ResString(3019) + QStringLiteral(": ") + d.DataSource + QStringLiteral(";") + crlf;
     for (int n : {4050, 4015, 4016, 4017, 4018}) heading += ResString(n) + QStringLiteral(";");
     heading += crlf;
-    return Write("SaveCsvFile", fileName, heading, [](const MeasurementData &m, int32_t i) {
+    const FixedNumber f(0, 4);
+    return Write("SaveCsvFile", fileName, heading, [&f](DateTexts &dates, const MeasurementData &m, int32_t i, QString &out) {
+        When(dates, m, i, out);
+        out += QLatin1Char(';');
         // Each field as the type it is held in: the axes are floats, the resultant a double.
-        const auto f = [](auto v) { return FormatNumber(v, u"#.0000") + QLatin1Char(';'); };
-        return When(m, i) + QLatin1Char(';') + f(m.DataX[size_t(i)]) + f(m.DataY[size_t(i)]) + f(m.DataZ[size_t(i)]) +
-               f(m.DataValue[size_t(i)]) + QStringLiteral("\r\n");
+        for (const float v : {m.DataX[size_t(i)], m.DataY[size_t(i)], m.DataZ[size_t(i)]}) {
+            f.Append(out, v);
+            out += QLatin1Char(';');
+        }
+        f.Append(out, m.DataValue[size_t(i)]);
+        out += QLatin1String(";\r\n");
     });
 }
 
 bool SaveFileTxt(const QString &fileName) {
-    return Write("SaveFileTxt", fileName, QString(), [](const MeasurementData &m, int32_t i) {
+    const FixedNumber f(1, 2);
+    return Write("SaveFileTxt", fileName, QString(), [&f](DateTexts &dates, const MeasurementData &m, int32_t i, QString &out) {
+        When(dates, m, i, out);
         const QChar tab = QLatin1Char('\t');
-        const auto f = [](auto v) { return Formatta(FormatNumber(v, u"  #0.00"), 8); };
-        return When(m, i) + tab + Formatta(FormatNumber(m.DataX[size_t(i)], u"#0.00"), 8) + tab +
-               f(m.DataY[size_t(i)]) + tab + f(m.DataZ[size_t(i)]) + tab + f(m.DataValue[size_t(i)]) +
-               QStringLiteral("\r\n");
+        out += tab;
+        f.Append(out, m.DataX[size_t(i)], 8);
+        for (const float v : {m.DataY[size_t(i)], m.DataZ[size_t(i)]}) {
+            out += tab;
+            f.Append(out, v, 8, u"  ");
+        }
+        out += tab;
+        f.Append(out, m.DataValue[size_t(i)], 8, u"  ");
+        out += QLatin1String("\r\n");
     });
 }
 

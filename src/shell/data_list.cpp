@@ -69,27 +69,40 @@ int64_t DataList::LineCount() const {
     return headingLines_ + int64_t(count_);
 }
 
-QString DataList::Row(int32_t r) const {
-    if (r < 1 || r > count_) return QString();
+void DataList::AppendRow(int32_t r, QString &row) const {
+    if (r < 1 || r > count_) return;
     const int32_t k = chronological_ ? r : byValue_[size_t(r)];
-    if (k < 1 || k > count_) return QString();
+    if (k < 1 || k > count_) return;
     const double date = DateAdd(unit_, double(k - 1) * step_, start_);
-    QString row = chronological_ ? ShortDate(date).trimmed() + QLatin1Char(' ') + LongTime(date).trimmed()
-                                 : GeneralDate(date);
+    if (chronological_) {
+        row += dates_.ShortDate(date).trimmed();
+        row += QLatin1Char(' ');
+        row += dates_.LongTime(date).trimmed();
+    } else {
+        row += dates_.General(date);
+    }
     const float x = x_[size_t(k)], y = y_[size_t(k)], z = z_[size_t(k)];
     const double v = value_[size_t(k)];
-    if (x < 0 || y < 0 || z < 0 || v < 0) return row + QStringLiteral(" NOT AVAILABLE - OPERATING GSM");
-    row += Formatta(FormatNumber(x, u"#0.00"), 8);
-    row += Formatta(FormatNumber(y, u"  #0.00"), 8);
-    row += Formatta(FormatNumber(z, u"  #0.00"), 8);
-    row += Formatta(FormatNumber(v, u"  #0.00"), 8);
-    return row;
+    if (x < 0 || y < 0 || z < 0 || v < 0) {
+        row += QLatin1String(" NOT AVAILABLE - OPERATING GSM");
+        return;
+    }
+    number_.Append(row, x, 8);
+    number_.Append(row, y, 8, u"  ");
+    number_.Append(row, z, 8, u"  ");
+    number_.Append(row, v, 8, u"  ");
 }
 
 QString DataList::Line(int64_t line) const {
-    if (line < 0 || line >= LineCount()) return QString();
-    if (line < headingLines_) return heading_[line];
-    return Row(int32_t(line - headingLines_ + 1));
+    QString text;
+    AppendLine(line, text);
+    return text;
+}
+
+void DataList::AppendLine(int64_t line, QString &out) const {
+    if (line < 0 || line >= LineCount()) return;
+    if (line < headingLines_) out += heading_[line];
+    else AppendRow(int32_t(line - headingLines_ + 1), out);
 }
 
 int64_t DataList::MedianLine() const {
@@ -108,7 +121,15 @@ QByteArray DataList::PlainText() const {
     QByteArray out;
     const int64_t n = LineCount();
     out.reserve(int(qMin<int64_t>(n * 60, 1 << 28)));
-    for (int64_t i = 0; i < n; ++i) out += ToCp1252(Line(i)) + "\r\n";
+    QString text;
+    for (int64_t i = 0; i < n; ++i) {
+        AppendLine(i, text);
+        text += QLatin1String("\r\n");
+        if (text.size() < (1 << 16)) continue;
+        out += ToCp1252(text);
+        text.resize(0);
+    }
+    out += ToCp1252(text);
     return out;
 }
 

@@ -4,6 +4,8 @@
 // The list keeps its own copy of the figures and dates it shows, as a text control keeps
 // its text: a load that fails half-way leaves the record part new, and the list on show
 // must still read as it was made.
+#include "core/regional.h"
+
 #include <QByteArray>
 #include <QString>
 #include <cstdint>
@@ -20,6 +22,8 @@ public:
     int HeadingLines() const;  // with the blank line that closes the heading
     int64_t LineCount() const;
     QString Line(int64_t line) const;
+    // Line's text appended to out: no text of its own for each of a million lines.
+    void AppendLine(int64_t line, QString &out) const;
     // The line of the median's row, or -1.
     int64_t MedianLine() const;
     // The line of sample s (1-based) in the order by time.
@@ -30,7 +34,7 @@ public:
     QByteArray PlainText() const;
 
 private:
-    QString Row(int32_t position) const;
+    void AppendRow(int32_t position, QString &out) const;
     bool chronological_;
     int32_t count_ = 0;
     double start_ = 0;
@@ -44,6 +48,8 @@ private:
     std::vector<int32_t> byValue_;
     QString heading_[8];
     int headingLines_ = 0;
+    mutable DateTexts dates_;
+    FixedNumber number_{1, 2};
 };
 
 // Saves the list's plain text under path, replacing it (the list window's save).
