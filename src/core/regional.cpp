@@ -4,6 +4,7 @@
 
 #include <QRegularExpression>
 #include <charconv>
+#include <cstring>
 #include <cmath>
 #include <optional>
 #include <string>
@@ -14,6 +15,19 @@ namespace {
 constexpr int64_t kDaySeconds = 86400;
 constexpr int64_t kDayMs = kDaySeconds * 1000;
 const QDate kEpoch(1899, 12, 30);
+
+// interval.toLower() == name without the lowered copy: the tables add a date for every
+// row. No other character lowers to one of the interval letters.
+bool IntervalIs(const QString &interval, const char *name) {
+    const qsizetype n = qsizetype(std::strlen(name));
+    if (interval.size() != n) return false;
+    for (qsizetype k = 0; k < n; ++k) {
+        char16_t c = interval[k].unicode();
+        if (c >= 'A' && c <= 'Z') c = char16_t(c + ('a' - 'A'));
+        if (c != char16_t(name[k])) return false;
+    }
+    return true;
+}
 
 // Linear milliseconds since the epoch; OLE dates before it keep a forward fraction.
 int64_t ToLinearMs(double d) {
@@ -292,14 +306,14 @@ bool IsDateInterval(const QString &i) {
 }
 
 double DateAdd(const QString &interval, double number, double date) {
-    const QString i = interval.toLower();
+    const auto is = [&interval](const char *name) { return IntervalIs(interval, name); };
     const int64_t n = std::llround(number);
     int64_t unitMs = 0;
-    if (i == QLatin1String("s")) unitMs = 1000;
-    else if (i == QLatin1String("n")) unitMs = 60 * 1000;
-    else if (i == QLatin1String("h")) unitMs = 3600 * 1000;
-    else if (i == QLatin1String("d") || i == QLatin1String("w") || i == QLatin1String("y")) unitMs = kDayMs;
-    else if (i == QLatin1String("ww")) unitMs = 7 * kDayMs;
+    if (is("s")) unitMs = 1000;
+    else if (is("n")) unitMs = 60 * 1000;
+    else if (is("h")) unitMs = 3600 * 1000;
+    else if (is("d") || is("w") || is("y")) unitMs = kDayMs;
+    else if (is("ww")) unitMs = 7 * kDayMs;
     if (unitMs) {
         const int64_t ms = ToLinearMs(date) + n * unitMs;
         const double result = FromLinearMs(ms);
@@ -307,9 +321,9 @@ double DateAdd(const QString &interval, double number, double date) {
         return result;
     }
     int months = 0;
-    if (i == QLatin1String("m")) months = int(n);
-    else if (i == QLatin1String("q")) months = int(n) * 3;
-    else if (i == QLatin1String("yyyy")) months = int(n) * 12;
+    if (is("m")) months = int(n);
+    else if (is("q")) months = int(n) * 3;
+    else if (is("yyyy")) months = int(n) * 12;
     else Raise(err::InvalidCall);
     const QDateTime dt = DateToDateTime(date);
     const QDate moved = dt.date().addMonths(months);
