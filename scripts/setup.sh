@@ -10,6 +10,7 @@ pkgs=(
   clang libclang-rt-dev
   xvfb xauth
   libwmf-bin fonts-urw-base35  # an independent metafile reader for the tests, and the fonts it needs
+  datamash  # the yardstick of bench/compare_datamash.sh
 )
 missing=()
 for p in "${pkgs[@]}"; do
