@@ -1,12 +1,15 @@
 #include "core/regional.h"
 
+#include "core/cp1252.h"
 #include "core/fault.h"
 
 #include <QRegularExpression>
 #include <charconv>
 #include <cstring>
 #include <cmath>
+#include <limits>
 #include <optional>
+#include <type_traits>
 #include <string>
 
 namespace fm {
@@ -394,30 +397,45 @@ void DateTexts::Split(double date) {
     second_ = rest / 1000;
 }
 
-const QString &DateTexts::ShortDate(double date) {
+DateTexts::Text DateTexts::Make(const QString &text) const {
+    Text t{trimmed_ ? text.trimmed() : text, {}};
+    t.bytes = ToCp1252(t.text);
+    return t;
+}
+
+const DateTexts::Text &DateTexts::ShortDate(double date) {
     Split(date);
     if (!dayKnown_ || textDay_ != day_) {
-        dayText_ = QLocale().toString(kEpoch.addDays(day_), Regional().shortDate);
+        dayText_ = Make(QLocale().toString(kEpoch.addDays(day_), Regional().shortDate));
         textDay_ = day_;
         dayKnown_ = true;
     }
     return dayText_;
 }
 
-const QString &DateTexts::LongTime(double date) {
+const DateTexts::Text &DateTexts::LongTime(double date) {
     Split(date);
-    if (times_.empty()) times_.resize(size_t(kDaySeconds));
-    QString &text = times_[size_t(second_)];
-    if (text.isNull()) {
-        const int s = int(second_);
-        text = QLocale().toString(QTime(s / 3600, s / 60 % 60, s % 60), Regional().longTime);
+    if (times_.empty()) {
+        times_.resize(size_t(kDaySeconds));
+        timeKnown_.assign(size_t(kDaySeconds), false);
     }
-    return text;
+    const size_t s = size_t(second_);
+    if (!timeKnown_[s]) {
+        const int t = int(second_);
+        times_[s] = Make(QLocale().toString(QTime(t / 3600, t / 60 % 60, t % 60), Regional().longTime));
+        timeKnown_[s] = true;
+    }
+    return times_[s];
+}
+
+bool DateTexts::HasTime(double date) {
+    Split(date);
+    return second_ != 0;
 }
 
 QString DateTexts::General(double date) {
-    QString text = ShortDate(date);
-    if (second_ != 0) text += QLatin1Char(' ') + LongTime(date);
+    QString text = ShortDate(date).text;
+    if (HasTime(date)) text += QLatin1Char(' ') + LongTime(date).text;
     return text;
 }
 
@@ -498,55 +516,115 @@ QString FormatNumber(double value, QStringView pattern) { return FormatImpl(valu
 QString FormatNumber(float value, QStringView pattern) { return FormatImpl(value, pattern); }
 
 FixedNumber::FixedNumber(int whole, int decimals)
-    : whole_(whole), decimals_(decimals), mark_(DecimalMark()),
+    : whole_(whole), decimals_(decimals), mark_(DecimalMark()), markByte_(ToCp1252(QString(mark_)).at(0)),
       pattern_(QLatin1Char('#') + QString(whole, QLatin1Char('0')) + QLatin1Char('.') +
                QString(decimals, QLatin1Char('0'))) {}
 
-void FixedNumber::Append(QString &out, double value, int width, QStringView prefix) const {
-    AppendImpl(out, value, width, prefix);
-}
-void FixedNumber::Append(QString &out, float value, int width, QStringView prefix) const {
-    AppendImpl(out, value, width, prefix);
-}
-
 template <class T>
-void FixedNumber::AppendImpl(QString &out, T value, int width, QStringView prefix) const {
+int FixedNumber::Digits(T value, char *buf, int *markAt) const {
     static const double scale[] = {1, 10, 100, 1e3, 1e4, 1e5, 1e6};
-    char16_t buf[48];
-    int len = 0;
-    const double r = decimals_ <= 6 ? double(value) * scale[decimals_] : 0;
+    if (decimals_ > 6) return -1;
+    const double r = double(value) * scale[decimals_];
+    if (!(std::fabs(r) < 1e12)) return -1;
     // A value's shortest text can lie up to its own spacing away from its binary value:
     // that close to a tie, only the text decides the rounding.
+    const double offTie = std::fabs(std::fabs(r - std::trunc(r)) - 0.5);
+    if (offTie <= 1e-3) return -1;
     const T a = std::fabs(value);
-    const double spacing = decimals_ <= 6 ? scale[decimals_] * double(std::nextafter(a, a * 2 + 1) - a) : 0;
-    const bool fast = decimals_ <= 6 && std::isfinite(r) && std::fabs(r) < 1e12 &&
-                      std::fabs(std::fabs(r - std::trunc(r)) - 0.5) > std::max(1e-3, spacing);
-    if (!fast) {
-        const QString text = FormatNumber(value, pattern_);
-        for (int i = int(prefix.size() + text.size()); i < width; ++i) out += QLatin1Char(' ');
-        out += prefix;
-        out += text;
-        return;
-    }
-    long long units = std::llround(r);
+    if (offTie <= std::fabs(r) * 3e-7 &&
+        offTie <= scale[decimals_] * double(std::nextafter(a, std::numeric_limits<T>::infinity()) - a))
+        return -1;
+    long long units = (long long)(r < 0 ? r - 0.5 : r + 0.5);
     const bool negative = units < 0;
     if (negative) units = -units;
     char digits[24];
     int n = 0;
     for (long long u = units; n <= decimals_ || u > 0; u /= 10) digits[n++] = char('0' + u % 10);
     // digits holds the number backwards, at least decimals + 1 of them.
-    if (negative && units != 0) buf[len++] = u'-';
-    const int intDigits = n - decimals_;
-    const bool zeroInt = intDigits == 1 && digits[n - 1] == '0';
-    if (!zeroInt || whole_ > 0)
-        for (int i = n - 1; i >= decimals_; --i) buf[len++] = char16_t(digits[i]);
+    int len = 0;
+    if (negative && units != 0) buf[len++] = '-';
+    if (whole_ > 0 || n - decimals_ > 1 || digits[n - 1] != '0')
+        for (int i = n - 1; i >= decimals_; --i) buf[len++] = digits[i];
+    *markAt = -1;
     if (decimals_ > 0) {
-        buf[len++] = mark_.unicode();
-        for (int i = decimals_ - 1; i >= 0; --i) buf[len++] = char16_t(digits[i]);
+        *markAt = len;
+        buf[len++] = '.';
+        for (int i = decimals_ - 1; i >= 0; --i) buf[len++] = digits[i];
     }
-    for (int i = int(prefix.size()) + len; i < width; ++i) out += QLatin1Char(' ');
-    out += prefix;
-    out += QStringView(buf, len);
+    return len;
+}
+
+namespace {
+void Put(QString &out, QChar c) { out += c; }
+void Put(QString &out, char c) { out += QLatin1Char(c); }
+void Put(QByteArray &out, char c) { out += c; }
+void Put(QString &out, const char *text) { out += QLatin1String(text); }
+void Put(QByteArray &out, const char *text) { out += text; }
+void PutText(QString &out, const QString &text) { out += text; }
+void PutText(QByteArray &out, const QString &text) { out += ToCp1252(text); }
+} // namespace
+
+template <class Out, class T>
+void FixedNumber::AppendImpl(Out &out, T value, int width, const char *prefix) const {
+    char buf[48];
+    int markAt = -1;
+    const int len = Digits(value, buf, &markAt);
+    const QString slow = len < 0 ? FormatNumber(value, pattern_) : QString();
+    const int prefixLen = int(std::strlen(prefix));
+    for (int i = prefixLen + (len < 0 ? int(slow.size()) : len); i < width; ++i) Put(out, ' ');
+    Put(out, prefix);
+    if (len < 0) {
+        PutText(out, slow);
+        return;
+    }
+    for (int i = 0; i < len; ++i) {
+        if (i != markAt) Put(out, buf[i]);
+        else if constexpr (std::is_same_v<Out, QString>) Put(out, mark_);
+        else Put(out, markByte_);
+    }
+}
+
+template <class T>
+char *FixedNumber::WriteImpl(char *p, T value, int width, const char *prefix) const {
+    char buf[48];
+    int markAt = -1;
+    const int len = Digits(value, buf, &markAt);
+    const QByteArray slow = len < 0 ? ToCp1252(FormatNumber(value, pattern_)) : QByteArray();
+    const int prefixLen = int(std::strlen(prefix));
+    const int textLen = len < 0 ? int(slow.size()) : len;
+    Q_ASSERT(width <= 32 && prefixLen <= 8 && textLen <= 330);
+    for (int i = prefixLen + textLen; i < width; ++i) *p++ = ' ';
+    std::memcpy(p, prefix, size_t(prefixLen));
+    p += prefixLen;
+    if (len < 0) {
+        std::memcpy(p, slow.constData(), size_t(textLen));
+        return p + textLen;
+    }
+    std::memcpy(p, buf, size_t(len));
+    if (markAt >= 0) p[markAt] = markByte_;
+    return p + len;
+}
+
+char *FixedNumber::Write(char *p, double value, int width, const char *prefix) const {
+    return WriteImpl(p, value, width, prefix);
+}
+char *FixedNumber::Write(char *p, float value, int width, const char *prefix) const {
+    return WriteImpl(p, value, width, prefix);
+}
+
+void FixedNumber::Append(QString &out, double value, int width, const char *prefix) const {
+    AppendImpl(out, value, width, prefix);
+}
+void FixedNumber::Append(QString &out, float value, int width, const char *prefix) const {
+    AppendImpl(out, value, width, prefix);
+}
+void FixedNumber::Append(QByteArray &out, double value, int width, const char *prefix) const {
+    char buf[kRoom];
+    out.append(buf, Write(buf, value, width, prefix) - buf);
+}
+void FixedNumber::Append(QByteArray &out, float value, int width, const char *prefix) const {
+    char buf[kRoom];
+    out.append(buf, Write(buf, value, width, prefix) - buf);
 }
 
 namespace {

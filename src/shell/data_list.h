@@ -9,6 +9,7 @@
 #include <QByteArray>
 #include <QString>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 namespace fm {
@@ -32,10 +33,12 @@ public:
     int32_t SampleOfLine(int64_t line) const;
     // The whole list as plain text with CR LF, in the Windows-1252 code page.
     QByteArray PlainText() const;
+    // The same a megabyte at a time: sink takes each part and empties it.
+    void WriteText(const std::function<void(QByteArray &)> &sink) const;
 
 private:
-    void AppendRow(int32_t position, QString &out) const;
-    bool chronological_;
+    template <class Out>  // QString, or QByteArray in the files' code page
+    void AppendRow(int32_t position, Out &out) const;
     int32_t count_ = 0;
     double start_ = 0;
     int32_t step_ = 0;
@@ -48,6 +51,7 @@ private:
     std::vector<int32_t> byValue_;
     QString heading_[8];
     int headingLines_ = 0;
+    bool chronological_;
     mutable DateTexts dates_;
     FixedNumber number_{1, 2};
 };
