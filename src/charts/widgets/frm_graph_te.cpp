@@ -25,6 +25,8 @@
 #include <QPushButton>
 #include <QToolBar>
 #include <cmath>
+#include <limits>
+#include <vector>
 
 namespace fm {
 namespace {
@@ -122,20 +124,30 @@ void frmGraphTe::DrawGraph() {
         ChartControl *c = teeEvolution;
         c->SetTitle(ResString(3034));
         const QString progress = ResString(3035);
+        // Each trace is built once, in the type it is held in, and handed over whole.
+        const size_t n = size_t(std::max(d.DataCount, 0));
+        const float none = std::numeric_limits<float>::quiet_NaN();
+        std::vector<float> x(n), y(n), z(n);
+        std::vector<double> r(n);
         for (int32_t i = 1; i <= d.DataCount; ++i) {
             if (i % 100 == 0 && (int64_t(i) * 100 / d.DataCount) != (int64_t(i - 100) * 100 / d.DataCount))
                 Host().SetPanelText(progress + QString::number(int64_t(i) * 100 / d.DataCount) +
                                     QLatin1Char('%'));
-            const size_t k = size_t(i);
+            const size_t k = size_t(i), p = k - 1;
             if (!(d.DataValue[k] > 0)) {
-                for (int s = 0; s < 4; ++s) c->AddNull(s);
+                x[p] = y[p] = z[p] = none;
+                r[p] = double(none);
             } else {
-                c->Add(0, d.DataX[k]);
-                c->Add(1, d.DataY[k]);
-                c->Add(2, d.DataZ[k]);
-                c->Add(3, d.DataValue[k]);
+                x[p] = d.DataX[k];
+                y[p] = d.DataY[k];
+                z[p] = d.DataZ[k];
+                r[p] = d.DataValue[k];
             }
         }
+        c->SetValues(0, std::move(x));
+        c->SetValues(1, std::move(y));
+        c->SetValues(2, std::move(z));
+        c->SetValues(3, std::move(r));
         // The labels keep the dates of this drawing: a failed load later must not change them.
         c->SetLabelFunction([start = d.DataStart, step = d.DataStep, unit = d.DataStepUnit](int point) {
             // The date above the time (a short date may hold blanks of its own).
