@@ -554,33 +554,23 @@ int FixedNumber::Digits(T value, char *buf, int *markAt) const {
     return len;
 }
 
-namespace {
-void Put(QString &out, QChar c) { out += c; }
-void Put(QString &out, char c) { out += QLatin1Char(c); }
-void Put(QByteArray &out, char c) { out += c; }
-void Put(QString &out, const char *text) { out += QLatin1String(text); }
-void Put(QByteArray &out, const char *text) { out += text; }
-void PutText(QString &out, const QString &text) { out += text; }
-void PutText(QByteArray &out, const QString &text) { out += ToCp1252(text); }
-} // namespace
-
-template <class Out, class T>
-void FixedNumber::AppendImpl(Out &out, T value, int width, const char *prefix) const {
+template <class T>
+void FixedNumber::AppendImpl(QString &out, T value, int width, const char *prefix) const {
     char buf[48];
     int markAt = -1;
     const int len = Digits(value, buf, &markAt);
     const QString slow = len < 0 ? FormatNumber(value, pattern_) : QString();
     const int prefixLen = int(std::strlen(prefix));
-    for (int i = prefixLen + (len < 0 ? int(slow.size()) : len); i < width; ++i) Put(out, ' ');
-    Put(out, prefix);
+    for (int i = prefixLen + (len < 0 ? int(slow.size()) : len); i < width; ++i) out += QLatin1Char(' ');
+    out += QLatin1String(prefix, prefixLen);
     if (len < 0) {
-        PutText(out, slow);
-        return;
-    }
-    for (int i = 0; i < len; ++i) {
-        if (i != markAt) Put(out, buf[i]);
-        else if constexpr (std::is_same_v<Out, QString>) Put(out, mark_);
-        else Put(out, markByte_);
+        out += slow;
+    } else if (markAt < 0) {
+        out += QLatin1String(buf, len);
+    } else {
+        out += QLatin1String(buf, markAt);
+        out += mark_;
+        out += QLatin1String(buf + markAt + 1, len - markAt - 1);
     }
 }
 

@@ -110,8 +110,8 @@ public:
     char *Write(char *p, float value, int width = 0, const char *prefix = "") const;
 
 private:
-    template <class Out, class T>
-    void AppendImpl(Out &out, T value, int width, const char *prefix) const;
+    template <class T>
+    void AppendImpl(QString &out, T value, int width, const char *prefix) const;
     template <class T>
     char *WriteImpl(char *p, T value, int width, const char *prefix) const;
     // The text in ASCII with the mark at *markAt, or -1 when FormatNumber has to decide.
