@@ -6,9 +6,9 @@
 #include "core/host.h"
 #include "files/log_file.h"
 
+#include <benchmark/benchmark.h>
 #include <QFile>
 #include <QTemporaryDir>
-#include <benchmark/benchmark.h>
 
 namespace {
 constexpr int kSamples = 1000000;

@@ -1,10 +1,10 @@
 #include "bench_support.h"
 
+#include <sys/resource.h>
 #include <QByteArray>
 #include <QFile>
 #include <cmath>
 #include <random>
-#include <sys/resource.h>
 
 namespace bench {
 
@@ -40,4 +40,4 @@ void WriteLog(const QString &path, int32_t samples, int stepSeconds) {
     f.write(chunk);
 }
 
-} // namespace bench
+}  // namespace bench

@@ -11,4 +11,4 @@ long PeakRssMb();
 // 30/12/2025 20:00:00 at `stepSeconds`, so that a long log crosses a year and both
 // summer-time changes.
 void WriteLog(const QString &path, int32_t samples, int stepSeconds);
-} // namespace bench
+}  // namespace bench

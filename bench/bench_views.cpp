@@ -1,11 +1,11 @@
 // The views on large data sets: the time chart (open, and redraw after a zoom) and
 // the data list, on a million samples and on a full logger memory.
+#include "analysis/statistics.h"
+#include "bench_support.h"
 #include "charts/widgets/chart_control.h"
 #include "charts/widgets/frm_graph_te.h"
 #include "core/data_set.h"
 #include "core/host.h"
-#include "analysis/statistics.h"
-#include "bench_support.h"
 #include "shell/data_list.h"
 #include "shell/widgets/frm_source.h"
 #include "shell/widgets/source_view.h"
@@ -60,7 +60,12 @@ static void BM_TimeChartOpen(benchmark::State &state) {
     state.counters["peak_rss_MB"] = double(bench::PeakRssMb());
 }
 // 10,000,000 is a year at a 3-second step; run it alone to read its own peak memory.
-BENCHMARK(BM_TimeChartOpen)->Arg(9349)->Arg(1000000)->Arg(10000000)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_TimeChartOpen)
+    ->Arg(9349)
+    ->Arg(1000000)
+    ->Arg(10000000)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(3);
 
 static void BM_TimeChartZoomRedraw(benchmark::State &state) {
     Quiet quiet;

@@ -8,9 +8,9 @@
 #include "files/table_export.h"
 #include "shell/data_list.h"
 
+#include <benchmark/benchmark.h>
 #include <QFile>
 #include <QTemporaryDir>
-#include <benchmark/benchmark.h>
 
 namespace {
 constexpr int32_t kYear = 10000000;
@@ -42,8 +42,10 @@ bool Loaded() {
     return fm::LoadFile(YearLog());
 }
 
-void Report(benchmark::State &state) { state.counters["peak_rss_MB"] = double(bench::PeakRssMb()); }
-} // namespace
+void Report(benchmark::State &state) {
+    state.counters["peak_rss_MB"] = double(bench::PeakRssMb());
+}
+}  // namespace
 
 static void BM_Year_Load(benchmark::State &state) {
     Quiet quiet;

@@ -101,7 +101,7 @@ struct Slot {
     double value;
     int32_t index;
 };
-} // namespace
+}  // namespace
 
 void CalculateMediana() {
     TrapVoid("CalculateMediana", [] {
@@ -113,7 +113,10 @@ void CalculateMediana() {
         int32_t *idx = d.SortedIndex.data();
         if (!SortByHundredths(val, idx, n)) {
             ShellSort<Slot>(
-                n, [&](int64_t i) { return Slot{val[i], idx[i]}; },
+                n,
+                [&](int64_t i) {
+                    return Slot{val[i], idx[i]};
+                },
                 [&](int64_t i, const Slot &s) {
                     val[i] = s.value;
                     idx[i] = s.index;

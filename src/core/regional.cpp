@@ -5,12 +5,12 @@
 
 #include <QRegularExpression>
 #include <charconv>
-#include <cstring>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <optional>
-#include <type_traits>
 #include <string>
+#include <type_traits>
 
 namespace fm {
 namespace {
@@ -312,11 +312,16 @@ double DateAdd(const QString &interval, double number, double date) {
     const auto is = [&interval](const char *name) { return IntervalIs(interval, name); };
     const int64_t n = std::llround(number);
     int64_t unitMs = 0;
-    if (is("s")) unitMs = 1000;
-    else if (is("n")) unitMs = 60 * 1000;
-    else if (is("h")) unitMs = 3600 * 1000;
-    else if (is("d") || is("w") || is("y")) unitMs = kDayMs;
-    else if (is("ww")) unitMs = 7 * kDayMs;
+    if (is("s"))
+        unitMs = 1000;
+    else if (is("n"))
+        unitMs = 60 * 1000;
+    else if (is("h"))
+        unitMs = 3600 * 1000;
+    else if (is("d") || is("w") || is("y"))
+        unitMs = kDayMs;
+    else if (is("ww"))
+        unitMs = 7 * kDayMs;
     if (unitMs) {
         const int64_t ms = ToLinearMs(date) + n * unitMs;
         const double result = FromLinearMs(ms);
@@ -324,9 +329,12 @@ double DateAdd(const QString &interval, double number, double date) {
         return result;
     }
     int months = 0;
-    if (is("m")) months = int(n);
-    else if (is("q")) months = int(n) * 3;
-    else if (is("yyyy")) months = int(n) * 12;
+    if (is("m"))
+        months = int(n);
+    else if (is("q"))
+        months = int(n) * 3;
+    else if (is("yyyy"))
+        months = int(n) * 12;
     else Raise(err::InvalidCall);
     const QDateTime dt = DateToDateTime(date);
     const QDate moved = dt.date().addMonths(months);
@@ -516,7 +524,10 @@ QString FormatNumber(double value, QStringView pattern) { return FormatImpl(valu
 QString FormatNumber(float value, QStringView pattern) { return FormatImpl(value, pattern); }
 
 FixedNumber::FixedNumber(int whole, int decimals)
-    : whole_(whole), decimals_(decimals), mark_(DecimalMark()), markByte_(ToCp1252(QString(mark_)).at(0)),
+    : whole_(whole),
+      decimals_(decimals),
+      mark_(DecimalMark()),
+      markByte_(ToCp1252(QString(mark_)).at(0)),
       pattern_(QLatin1Char('#') + QString(whole, QLatin1Char('0')) + QLatin1Char('.') +
                QString(decimals, QLatin1Char('0'))) {}
 

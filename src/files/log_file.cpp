@@ -52,7 +52,8 @@ bool PlainDecimal(const char *b, const char *e, double &out) {
     while (b < e && (*b == ' ' || *b == '\t')) ++b;
     const bool negative = b < e && *b == '-';
     if (negative) ++b;
-    static const double kTens[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    static const double kTens[] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                   1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
     uint64_t whole = 0;
     int digits = 0, decimals = 0;
     bool point = false;

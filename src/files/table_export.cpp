@@ -84,33 +84,31 @@ bool SaveCsvFile(const QString &fileName) {
     for (int n : {4050, 4015, 4016, 4017, 4018}) heading += ResString(n) + QStringLiteral(";");
     heading += crlf;
     const FixedNumber f(0, 4);
-    return Write("SaveCsvFile", fileName, heading,
-                 [&f](Row &row, const MeasurementData &m, int32_t i) {
-                     row << ";";
-                     // Each field as the type it is held in: the axes are floats, the resultant a double.
-                     for (const float v : {m.DataX[size_t(i)], m.DataY[size_t(i)], m.DataZ[size_t(i)]}) {
-                         row.Number(f, v);
-                         row << ";";
-                     }
-                     row.Number(f, m.DataValue[size_t(i)]);
-                     row << ";\r\n";
-                 });
+    return Write("SaveCsvFile", fileName, heading, [&f](Row &row, const MeasurementData &m, int32_t i) {
+        row << ";";
+        // Each field as the type it is held in: the axes are floats, the resultant a double.
+        for (const float v : {m.DataX[size_t(i)], m.DataY[size_t(i)], m.DataZ[size_t(i)]}) {
+            row.Number(f, v);
+            row << ";";
+        }
+        row.Number(f, m.DataValue[size_t(i)]);
+        row << ";\r\n";
+    });
 }
 
 bool SaveFileTxt(const QString &fileName) {
     const FixedNumber f(1, 2);
-    return Write("SaveFileTxt", fileName, QString(),
-                 [&f](Row &row, const MeasurementData &m, int32_t i) {
-                     row << "\t";
-                     row.Number(f, m.DataX[size_t(i)], 8);
-                     for (const float v : {m.DataY[size_t(i)], m.DataZ[size_t(i)]}) {
-                         row << "\t";
-                         row.Number(f, v, 8, "  ");
-                     }
-                     row << "\t";
-                     row.Number(f, m.DataValue[size_t(i)], 8, "  ");
-                     row << "\r\n";
-                 });
+    return Write("SaveFileTxt", fileName, QString(), [&f](Row &row, const MeasurementData &m, int32_t i) {
+        row << "\t";
+        row.Number(f, m.DataX[size_t(i)], 8);
+        for (const float v : {m.DataY[size_t(i)], m.DataZ[size_t(i)]}) {
+            row << "\t";
+            row.Number(f, v, 8, "  ");
+        }
+        row << "\t";
+        row.Number(f, m.DataValue[size_t(i)], 8, "  ");
+        row << "\r\n";
+    });
 }
 
 bool SaveTable(const QString &fileName, int filterIndex) {

@@ -71,11 +71,19 @@ int64_t DataList::LineCount() const {
 }
 
 namespace {
-void Put(QString &out, const DateTexts::Text &t) { out += t.text; }
-void Put(QByteArray &out, const DateTexts::Text &t) { out += t.bytes; }
-void Put(QString &out, const char *text) { out += QLatin1String(text); }
-void Put(QByteArray &out, const char *text) { out += text; }
-} // namespace
+void Put(QString &out, const DateTexts::Text &t) {
+    out += t.text;
+}
+void Put(QByteArray &out, const DateTexts::Text &t) {
+    out += t.bytes;
+}
+void Put(QString &out, const char *text) {
+    out += QLatin1String(text);
+}
+void Put(QByteArray &out, const char *text) {
+    out += text;
+}
+}  // namespace
 
 template <class Out>
 void DataList::AppendRow(int32_t r, Out &row) const {
@@ -109,8 +117,10 @@ QString DataList::Line(int64_t line) const {
 
 void DataList::AppendLine(int64_t line, QString &out) const {
     if (line < 0 || line >= LineCount()) return;
-    if (line < headingLines_) out += heading_[line];
-    else AppendRow(int32_t(line - headingLines_ + 1), out);
+    if (line < headingLines_)
+        out += heading_[line];
+    else
+        AppendRow(int32_t(line - headingLines_ + 1), out);
 }
 
 int64_t DataList::MedianLine() const {
@@ -130,8 +140,10 @@ void DataList::WriteText(const std::function<void(QByteArray &)> &sink) const {
     out.reserve((1 << 20) + 4096);
     const int64_t n = LineCount();
     for (int64_t i = 0; i < n; ++i) {
-        if (i < headingLines_) out += ToCp1252(heading_[i]);
-        else AppendRow(int32_t(i - headingLines_ + 1), out);
+        if (i < headingLines_)
+            out += ToCp1252(heading_[i]);
+        else
+            AppendRow(int32_t(i - headingLines_ + 1), out);
         out += "\r\n";
         if (out.size() >= (1 << 20)) sink(out);
     }

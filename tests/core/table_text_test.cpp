@@ -24,8 +24,10 @@ public:
         tzset();
     }
     ~ScopedZone() {
-        if (previous_.empty()) unsetenv("TZ");
-        else setenv("TZ", previous_.c_str(), 1);
+        if (previous_.empty())
+            unsetenv("TZ");
+        else
+            setenv("TZ", previous_.c_str(), 1);
         tzset();
     }
 
@@ -43,15 +45,15 @@ QString FixedText(const FixedNumber &f, float v, int width = 0, const char *pref
     f.Append(s, v, width, prefix);
     return s;
 }
-} // namespace
+}  // namespace
 
 TEST(TableText, DateTextsMatchTheGeneralFormsAcrossBoundaries) {
     ScopedZone rome("Europe/Rome");  // 29/03/2026 02:00 does not exist there, 25/10 02:30 twice
     // Around midnight of the year's end, the month's ends and both summer-time changes, at
     // a 7-second step so that every second of a minute comes up.
     const double starts[] = {DateFromParts(2025, 12, 31, 23, 50), DateFromParts(2026, 2, 28, 23, 55),
-                             DateFromParts(2026, 3, 29, 1, 50), DateFromParts(2026, 10, 25, 1, 50),
-                             DateFromParts(2028, 2, 28, 23, 59), DateFromParts(1899, 12, 29, 23, 59)};
+                             DateFromParts(2026, 3, 29, 1, 50),   DateFromParts(2026, 10, 25, 1, 50),
+                             DateFromParts(2028, 2, 28, 23, 59),  DateFromParts(1899, 12, 29, 23, 59)};
     for (const char *name : {"it_IT", "en_US"}) {
         ScopedLocale loc(QString::fromLatin1(name));
         DateTexts texts, trimmed(true);
@@ -68,8 +70,8 @@ TEST(TableText, DateTextsMatchTheGeneralFormsAcrossBoundaries) {
         }
         // The hour that summer time skips is still written as it was measured.
         const double skipped = DateFromParts(2026, 3, 29, 2, 30);
-        EXPECT_EQ(texts.General(skipped), QString::fromLatin1(std::string(name) == "it_IT"
-                                                                   ? "29/03/2026 02:30:00"
+        EXPECT_EQ(texts.General(skipped),
+                  QString::fromLatin1(std::string(name) == "it_IT" ? "29/03/2026 02:30:00"
                                                                    : "3/29/2026 2:30:00 AM"));
         EXPECT_EQ(GeneralDate(skipped), texts.General(skipped));
     }

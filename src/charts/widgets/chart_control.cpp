@@ -203,7 +203,8 @@ void ChartControl::Refresh() {
             } else {
                 g->Detach();
                 QVector<QCPGraphData> points(qsizetype(values.size()));
-                for (size_t i = 0; i < values.size(); ++i) points[qsizetype(i)] = QCPGraphData(double(i), values[i]);
+                for (size_t i = 0; i < values.size(); ++i)
+                    points[qsizetype(i)] = QCPGraphData(double(i), values[i]);
                 g->data()->set(points, true);
             }
             // Smooth lines cost seconds on a dense million-point trace; a full memory stays smooth.

@@ -8,7 +8,7 @@ namespace {
 constexpr int64_t kSmall = 64;
 constexpr int64_t kLarge = kSmall * 64;
 constexpr double kInf = std::numeric_limits<double>::infinity();
-} // namespace
+}  // namespace
 
 void TraceValues::push_back(double v) {
     if (!floats_.empty()) {  // a double joins: the floats widen, exactly
@@ -133,7 +133,8 @@ void TraceGraph::getOptimizedLineData(QVector<QCPGraphData> *lineData,
     const bool keyEpsilonVariable = keyAxis->scaleType() == QCPAxis::stLogarithmic;
     double startKey = keyAxis->pixelToCoord(int(keyAxis->coordToPixel(key(b)) + reversedRound));
     double lastEndKey = startKey;
-    double eps = qAbs(startKey - keyAxis->pixelToCoord(keyAxis->coordToPixel(startKey) + 1.0 * reversedFactor));
+    double eps =
+        qAbs(startKey - keyAxis->pixelToCoord(keyAxis->coordToPixel(startKey) + 1.0 * reversedFactor));
     int64_t first = b;
     while (true) {
         // The interval runs up to the first key that is not below startKey + eps.
@@ -162,7 +163,8 @@ void TraceGraph::getOptimizedLineData(QVector<QCPGraphData> *lineData,
         first = next;
         startKey = keyAxis->pixelToCoord(int(keyAxis->coordToPixel(key(next)) + reversedRound));
         if (keyEpsilonVariable)
-            eps = qAbs(startKey - keyAxis->pixelToCoord(keyAxis->coordToPixel(startKey) + 1.0 * reversedFactor));
+            eps = qAbs(startKey -
+                       keyAxis->pixelToCoord(keyAxis->coordToPixel(startKey) + 1.0 * reversedFactor));
     }
 }
 
@@ -207,4 +209,4 @@ double TraceGraph::selectTest(const QPointF &pos, bool onlySelectable, QVariant 
     return result;
 }
 
-} // namespace fm
+}  // namespace fm

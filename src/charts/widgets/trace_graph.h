@@ -40,7 +40,8 @@ public:
     double selectTest(const QPointF &pos, bool onlySelectable, QVariant *details = nullptr) const override;
 
 protected:
-    void getOptimizedLineData(QVector<QCPGraphData> *lineData, const QCPGraphDataContainer::const_iterator &begin,
+    void getOptimizedLineData(QVector<QCPGraphData> *lineData,
+                              const QCPGraphDataContainer::const_iterator &begin,
                               const QCPGraphDataContainer::const_iterator &end) const override;
 
 private:
@@ -56,4 +57,4 @@ private:
     std::vector<double> smallMin_, smallMax_, largeMin_, largeMax_;
 };
 
-} // namespace fm
+}  // namespace fm

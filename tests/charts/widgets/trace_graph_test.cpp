@@ -76,11 +76,11 @@ private slots:
             double lower, upper, bottom, top;
             bool log;
         };
-        const View views[] = {{0, kPoints - 1, 0, 6, false},    {-5000, kPoints + 9000, -1, 7, false},
-                              {149000, 151500, 0, 6, false},    {1234.5, 1700.25, 0.5, 3, false},
-                              {100, 2100, 0, 6, false},         {299990, 310000, 0, 6, false},
-                              {-100, -10, 0, 6, false},         {0, kPoints - 1, 0.01, 10, true},
-                              {69900, 70100, 0.01, 10, true},   {12345.6, 12346.2, 0, 6, false}};
+        const View views[] = {{0, kPoints - 1, 0, 6, false},  {-5000, kPoints + 9000, -1, 7, false},
+                              {149000, 151500, 0, 6, false},  {1234.5, 1700.25, 0.5, 3, false},
+                              {100, 2100, 0, 6, false},       {299990, 310000, 0, 6, false},
+                              {-100, -10, 0, 6, false},       {0, kPoints - 1, 0.01, 10, true},
+                              {69900, 70100, 0.01, 10, true}, {12345.6, 12346.2, 0, 6, false}};
         for (const View &v : views) {
             pair.Range(v.lower, v.upper, v.bottom, v.top, v.log);
             const QImage a = pair.plain.toPixmap(900, 500).toImage();
@@ -92,7 +92,8 @@ private slots:
 
     void aClickFindsTheSamePoint() {
         Pair pair(Values());
-        for (const auto &[lower, upper] : {std::pair{0.0, double(kPoints - 1)}, {149500.0, 150600.0}, {500.0, 900.0}}) {
+        for (const auto &[lower, upper] :
+             {std::pair{0.0, double(kPoints - 1)}, {149500.0, 150600.0}, {500.0, 900.0}}) {
             pair.Range(lower, upper, 0, 6);
             const QRect rect = pair.plain.axisRect()->rect();
             for (int x = rect.left() - 3; x <= rect.right() + 3; x += 7) {
