@@ -81,9 +81,15 @@ float SampleValue(const char *b, const char *e) {
 
 // One sample line: three blank-separated values; a comma counts as a decimal point.
 void ParseSample(std::string &line, float &x, float &y, float &z) {
-    const size_t p1 = line.find(' ');
-    const size_t p2 = p1 == std::string::npos ? p1 : line.find(' ', p1 + 1);
-    const size_t p3 = p2 == std::string::npos ? p2 : line.find(' ', p2 + 1);
+    // The blanks are a few characters apart: a plain loop beats a library search here.
+    const auto blank = [&line](size_t from) {
+        for (size_t i = from; i < line.size(); ++i)
+            if (line[i] == ' ') return i;
+        return std::string::npos;
+    };
+    const size_t p1 = blank(0);
+    const size_t p2 = p1 == std::string::npos ? p1 : blank(p1 + 1);
+    const size_t p3 = p2 == std::string::npos ? p2 : blank(p2 + 1);
     if (p3 == std::string::npos) Raise(err::InvalidCall, QStringLiteral("Invalid sample line: ") + Text(line));
     for (size_t i = 0; i < p3; ++i)
         if (line[i] == ',') line[i] = '.';
