@@ -12,6 +12,7 @@ pkgs=(
   desktop-file-utils appstream shared-mime-info xdg-utils libfile-mimeinfo-perl  # the install test
   qt6-translations-l10n  # Qt's own dialogs in Italian
   libwmf-bin fonts-urw-base35  # an independent metafile reader for the tests, and the fonts it needs
+  datamash  # the yardstick of bench/compare_datamash.sh
 )
 missing=()
 for p in "${pkgs[@]}"; do

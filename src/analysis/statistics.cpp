@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 namespace fm {
@@ -47,6 +48,61 @@ void CalculateStats(const QString &source, const RunningSeries &series) {
     });
 }
 
+namespace {
+// Shell sort over slots 0..n with the gaps 1, 4, 13, 40 ...; equal keys keep their order
+// within one pass, which fixes the order of the value-ordered list. Slots are read and
+// written through `load` and `store`, so the items may be packed in storage of another type.
+template <class Item, class Load, class Store, class Greater>
+void ShellSort(int64_t n, Load load, Store store, Greater greater) {
+    const int64_t slotCount = n + 1;
+    int64_t h = 0;
+    do h = 3 * h + 1;
+    while (h <= slotCount);
+    do {
+        h /= 3;
+        for (int64_t i = h; i <= n; ++i) {
+            const Item v = load(i);
+            int64_t j = i;
+            for (Item prev; j >= h && greater(prev = load(j - h), v); j -= h) store(j, prev);
+            store(j, v);
+        }
+    } while (h > 1);
+}
+
+// Values of two decimals, as the loader rounds them, sort by their hundredths: a value
+// and its index then fit in the 8 bytes the value took, and the sort moves half the
+// memory. The hundredths order the values as the values themselves do, so the moves,
+// and with them the order of equal values, are the same.
+bool SortByHundredths(double *val, int32_t *idx, int64_t n) {
+    for (int64_t i = 0; i <= n; ++i) {
+        const double k = std::nearbyint(val[i] * 100);
+        if (!(std::fabs(k) < 2e9) || k / 100 != val[i] || std::signbit(val[i])) return false;
+    }
+    const auto load = [val](int64_t i) {
+        uint64_t item;
+        std::memcpy(&item, &val[i], sizeof item);
+        return item;
+    };
+    const auto store = [val](int64_t i, uint64_t item) { std::memcpy(&val[i], &item, sizeof item); };
+    for (int64_t i = 0; i <= n; ++i) {
+        const uint64_t key = uint32_t(int32_t(std::nearbyint(val[i] * 100))) ^ 0x80000000u;
+        store(i, key << 32 | uint32_t(idx[i]));
+    }
+    ShellSort<uint64_t>(n, load, store, [](uint64_t a, uint64_t b) { return (a >> 32) > (b >> 32); });
+    for (int64_t i = 0; i <= n; ++i) {
+        const uint64_t item = load(i);
+        idx[i] = int32_t(uint32_t(item));
+        val[i] = double(int32_t(uint32_t(item >> 32) ^ 0x80000000u)) / 100;
+    }
+    return true;
+}
+
+struct Slot {
+    double value;
+    int32_t index;
+};
+}  // namespace
+
 void CalculateMediana() {
     TrapVoid("CalculateMediana", [] {
         MeasurementData &d = Data();
@@ -55,27 +111,18 @@ void CalculateMediana() {
             Raise(err::Subscript);
         double *val = d.SortedValue.data();
         int32_t *idx = d.SortedIndex.data();
-        // Shell sort over slotCount 0..n with the gaps 1, 4, 13, 40 ...; equal values keep
-        // their order within one pass, which fixes the order of the value-ordered list.
-        const int64_t slotCount = int64_t(n) + 1;
-        int64_t h = 0;
-        do h = 3 * h + 1;
-        while (h <= slotCount);
-        do {
-            h /= 3;
-            for (int64_t i = h; i <= n; ++i) {
-                const double v = val[i];
-                const int32_t k = idx[i];
-                int64_t j = i;
-                while (j >= h && val[j - h] > v) {
-                    val[j] = val[j - h];
-                    idx[j] = idx[j - h];
-                    j -= h;
-                }
-                val[j] = v;
-                idx[j] = k;
-            }
-        } while (h > 1);
+        if (!SortByHundredths(val, idx, n)) {
+            ShellSort<Slot>(
+                n,
+                [&](int64_t i) {
+                    return Slot{val[i], idx[i]};
+                },
+                [&](int64_t i, const Slot &s) {
+                    val[i] = s.value;
+                    idx[i] = s.index;
+                },
+                [](const Slot &a, const Slot &b) { return a.value > b.value; });
+        }
         const int32_t half = n / 2;
         auto at = [&](int32_t pos) { return d.DataValue[size_t(idx[pos])]; };
         if (n % 2) {

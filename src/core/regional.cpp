@@ -1,13 +1,17 @@
 #include "core/regional.h"
 
+#include "core/cp1252.h"
 #include "core/fault.h"
 
 #include <QRegularExpression>
 #include <charconv>
 #include <cmath>
+#include <cstring>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace fm {
 namespace {
@@ -15,6 +19,19 @@ namespace {
 constexpr int64_t kDaySeconds = 86400;
 constexpr int64_t kDayMs = kDaySeconds * 1000;
 const QDate kEpoch(1899, 12, 30);
+
+// interval.toLower() == name without the lowered copy: the tables add a date for every
+// row. No other character lowers to one of the interval letters.
+bool IntervalIs(const QString &interval, const char *name) {
+    const qsizetype n = qsizetype(std::strlen(name));
+    if (interval.size() != n) return false;
+    for (qsizetype k = 0; k < n; ++k) {
+        char16_t c = interval[k].unicode();
+        if (c >= 'A' && c <= 'Z') c = char16_t(c + ('a' - 'A'));
+        if (c != char16_t(name[k])) return false;
+    }
+    return true;
+}
 
 // Linear milliseconds since the epoch; OLE dates before it keep a forward fraction.
 int64_t ToLinearMs(double d) {
@@ -280,7 +297,8 @@ QDateTime DateToDateTime(double oleDate) {
         rest += kDayMs;
         --day;
     }
-    return QDateTime(kEpoch.addDays(day), QTime::fromMSecsSinceStartOfDay(int(rest)));
+    // Naive date-times: UTC has no gaps or folds and asks no time-zone database.
+    return QDateTime(kEpoch.addDays(day), QTime::fromMSecsSinceStartOfDay(int(rest)), Qt::UTC);
 }
 
 bool IsDateInterval(const QString &i) {
@@ -292,14 +310,19 @@ bool IsDateInterval(const QString &i) {
 }
 
 double DateAdd(const QString &interval, double number, double date) {
-    const QString i = interval.toLower();
+    const auto is = [&interval](const char *name) { return IntervalIs(interval, name); };
     const int64_t n = std::llround(number);
     int64_t unitMs = 0;
-    if (i == QLatin1String("s")) unitMs = 1000;
-    else if (i == QLatin1String("n")) unitMs = 60 * 1000;
-    else if (i == QLatin1String("h")) unitMs = 3600 * 1000;
-    else if (i == QLatin1String("d") || i == QLatin1String("w") || i == QLatin1String("y")) unitMs = kDayMs;
-    else if (i == QLatin1String("ww")) unitMs = 7 * kDayMs;
+    if (is("s"))
+        unitMs = 1000;
+    else if (is("n"))
+        unitMs = 60 * 1000;
+    else if (is("h"))
+        unitMs = 3600 * 1000;
+    else if (is("d") || is("w") || is("y"))
+        unitMs = kDayMs;
+    else if (is("ww"))
+        unitMs = 7 * kDayMs;
     if (unitMs) {
         const int64_t ms = ToLinearMs(date) + n * unitMs;
         const double result = FromLinearMs(ms);
@@ -307,9 +330,12 @@ double DateAdd(const QString &interval, double number, double date) {
         return result;
     }
     int months = 0;
-    if (i == QLatin1String("m")) months = int(n);
-    else if (i == QLatin1String("q")) months = int(n) * 3;
-    else if (i == QLatin1String("yyyy")) months = int(n) * 12;
+    if (is("m"))
+        months = int(n);
+    else if (is("q"))
+        months = int(n) * 3;
+    else if (is("yyyy"))
+        months = int(n) * 12;
     else Raise(err::InvalidCall);
     const QDateTime dt = DateToDateTime(date);
     const QDate moved = dt.date().addMonths(months);
@@ -366,6 +392,59 @@ QString GeneralDate(double date) {
     QString text = loc.toString(dt.date(), Regional().shortDate);
     if (t.hour() || t.minute() || t.second())
         text += QLatin1Char(' ') + loc.toString(QTime(t.hour(), t.minute(), t.second()), Regional().longTime);
+    return text;
+}
+
+void DateTexts::Split(double date) {
+    const int64_t ms = ToLinearMs(date);
+    day_ = ms / kDayMs;
+    int64_t rest = ms % kDayMs;
+    if (rest < 0) {
+        rest += kDayMs;
+        --day_;
+    }
+    second_ = rest / 1000;
+}
+
+DateTexts::Text DateTexts::Make(const QString &text) const {
+    Text t{trimmed_ ? text.trimmed() : text, {}};
+    t.bytes = ToCp1252(t.text);
+    return t;
+}
+
+const DateTexts::Text &DateTexts::ShortDate(double date) {
+    Split(date);
+    if (!dayKnown_ || textDay_ != day_) {
+        dayText_ = Make(QLocale().toString(kEpoch.addDays(day_), Regional().shortDate));
+        textDay_ = day_;
+        dayKnown_ = true;
+    }
+    return dayText_;
+}
+
+const DateTexts::Text &DateTexts::LongTime(double date) {
+    Split(date);
+    if (times_.empty()) {
+        times_.resize(size_t(kDaySeconds));
+        timeKnown_.assign(size_t(kDaySeconds), false);
+    }
+    const size_t s = size_t(second_);
+    if (!timeKnown_[s]) {
+        const int t = int(second_);
+        times_[s] = Make(QLocale().toString(QTime(t / 3600, t / 60 % 60, t % 60), Regional().longTime));
+        timeKnown_[s] = true;
+    }
+    return times_[s];
+}
+
+bool DateTexts::HasTime(double date) {
+    Split(date);
+    return second_ != 0;
+}
+
+QString DateTexts::General(double date) {
+    QString text = ShortDate(date).text;
+    if (HasTime(date)) text += QLatin1Char(' ') + LongTime(date).text;
     return text;
 }
 
@@ -444,6 +523,111 @@ QChar DecimalMark() {
 
 QString FormatNumber(double value, QStringView pattern) { return FormatImpl(value, pattern); }
 QString FormatNumber(float value, QStringView pattern) { return FormatImpl(value, pattern); }
+
+FixedNumber::FixedNumber(int whole, int decimals)
+    : whole_(whole),
+      decimals_(decimals),
+      mark_(DecimalMark()),
+      markByte_(ToCp1252(QString(mark_)).at(0)),
+      pattern_(QLatin1Char('#') + QString(whole, QLatin1Char('0')) + QLatin1Char('.') +
+               QString(decimals, QLatin1Char('0'))) {}
+
+template <class T>
+int FixedNumber::Digits(T value, char *buf, int *markAt) const {
+    static const double scale[] = {1, 10, 100, 1e3, 1e4, 1e5, 1e6};
+    if (decimals_ > 6) return -1;
+    const double r = double(value) * scale[decimals_];
+    if (!(std::fabs(r) < 1e12)) return -1;
+    // A value's shortest text can lie up to its own spacing away from its binary value:
+    // that close to a tie, only the text decides the rounding.
+    const double offTie = std::fabs(std::fabs(r - std::trunc(r)) - 0.5);
+    if (offTie <= 1e-3) return -1;
+    const T a = std::fabs(value);
+    if (offTie <= std::fabs(r) * 3e-7 &&
+        offTie <= scale[decimals_] * double(std::nextafter(a, std::numeric_limits<T>::infinity()) - a))
+        return -1;
+    long long units = (long long)(r < 0 ? r - 0.5 : r + 0.5);
+    const bool negative = units < 0;
+    if (negative) units = -units;
+    char digits[24];
+    int n = 0;
+    for (long long u = units; n <= decimals_ || u > 0; u /= 10) digits[n++] = char('0' + u % 10);
+    // digits holds the number backwards, at least decimals + 1 of them.
+    int len = 0;
+    if (negative && units != 0) buf[len++] = '-';
+    if (whole_ > 0 || n - decimals_ > 1 || digits[n - 1] != '0')
+        for (int i = n - 1; i >= decimals_; --i) buf[len++] = digits[i];
+    *markAt = -1;
+    if (decimals_ > 0) {
+        *markAt = len;
+        buf[len++] = '.';
+        for (int i = decimals_ - 1; i >= 0; --i) buf[len++] = digits[i];
+    }
+    return len;
+}
+
+template <class T>
+void FixedNumber::AppendImpl(QString &out, T value, int width, const char *prefix) const {
+    char buf[48];
+    int markAt = -1;
+    const int len = Digits(value, buf, &markAt);
+    const QString slow = len < 0 ? FormatNumber(value, pattern_) : QString();
+    const int prefixLen = int(std::strlen(prefix));
+    for (int i = prefixLen + (len < 0 ? int(slow.size()) : len); i < width; ++i) out += QLatin1Char(' ');
+    out += QLatin1String(prefix, prefixLen);
+    if (len < 0) {
+        out += slow;
+    } else if (markAt < 0) {
+        out += QLatin1String(buf, len);
+    } else {
+        out += QLatin1String(buf, markAt);
+        out += mark_;
+        out += QLatin1String(buf + markAt + 1, len - markAt - 1);
+    }
+}
+
+template <class T>
+char *FixedNumber::WriteImpl(char *p, T value, int width, const char *prefix) const {
+    char buf[48];
+    int markAt = -1;
+    const int len = Digits(value, buf, &markAt);
+    const QByteArray slow = len < 0 ? ToCp1252(FormatNumber(value, pattern_)) : QByteArray();
+    const int prefixLen = int(std::strlen(prefix));
+    const int textLen = len < 0 ? int(slow.size()) : len;
+    Q_ASSERT(width <= 32 && prefixLen <= 8 && textLen <= 330);
+    for (int i = prefixLen + textLen; i < width; ++i) *p++ = ' ';
+    std::memcpy(p, prefix, size_t(prefixLen));
+    p += prefixLen;
+    if (len < 0) {
+        std::memcpy(p, slow.constData(), size_t(textLen));
+        return p + textLen;
+    }
+    std::memcpy(p, buf, size_t(len));
+    if (markAt >= 0) p[markAt] = markByte_;
+    return p + len;
+}
+
+char *FixedNumber::Write(char *p, double value, int width, const char *prefix) const {
+    return WriteImpl(p, value, width, prefix);
+}
+char *FixedNumber::Write(char *p, float value, int width, const char *prefix) const {
+    return WriteImpl(p, value, width, prefix);
+}
+
+void FixedNumber::Append(QString &out, double value, int width, const char *prefix) const {
+    AppendImpl(out, value, width, prefix);
+}
+void FixedNumber::Append(QString &out, float value, int width, const char *prefix) const {
+    AppendImpl(out, value, width, prefix);
+}
+void FixedNumber::Append(QByteArray &out, double value, int width, const char *prefix) const {
+    char buf[kRoom];
+    out.append(buf, Write(buf, value, width, prefix) - buf);
+}
+void FixedNumber::Append(QByteArray &out, float value, int width, const char *prefix) const {
+    char buf[kRoom];
+    out.append(buf, Write(buf, value, width, prefix) - buf);
+}
 
 namespace {
 template <class T>

@@ -4,12 +4,14 @@
 // Dates in memory are OLE Automation dates: days since 30 December 1899, with the
 // time of day as the fraction (for days before that, the fraction still counts
 // forward from midnight).
+#include <QByteArray>
 #include <QDateTime>
 #include <QLocale>
 #include <QString>
 #include <QStringView>
 #include <cstdint>
 #include <functional>
+#include <vector>
 
 namespace fm {
 
@@ -35,6 +37,34 @@ void SetClock(std::function<double()> clock);
 QString GeneralDate(double date);
 QString ShortDate(double date);  // "ddddd"
 QString LongTime(double date);   // "ttttt"
+// The same texts for many samples in a row: each day's date and each second's time
+// go through the locale once, so a year of samples costs a few thousand texts. Each
+// text comes with its bytes in the files' code page, for tables written to disk.
+class DateTexts {
+public:
+    struct Text {
+        QString text;
+        QByteArray bytes;
+    };
+    // trimmed: without the blanks around them, as the list by time shows them.
+    explicit DateTexts(bool trimmed = false) : trimmed_(trimmed) {}
+    const Text &ShortDate(double date);
+    const Text &LongTime(double date);
+    // Whether the general form has a time part: not at midnight.
+    bool HasTime(double date);
+    QString General(double date);
+
+private:
+    void Split(double date);
+    Text Make(const QString &text) const;
+    bool trimmed_;
+    int64_t day_ = 0, second_ = 0;
+    bool dayKnown_ = false;
+    int64_t textDay_ = 0;
+    Text dayText_;
+    std::vector<Text> times_;  // by second of the day, made when first asked for
+    std::vector<bool> timeKnown_;
+};
 // Pattern-free forms the tolerant parser reads back.
 QString ShortDateFormat();  // e.g. "dd/MM/yyyy"
 QString LongTimeFormat();   // e.g. "HH:mm:ss"
@@ -60,6 +90,38 @@ QString FormatNumber(double value, QStringView pattern);
 QString FormatNumber(float value, QStringView pattern);
 template <class T>
 QString FormatNumber(T value, QStringView pattern) = delete;
+// FormatNumber's text for the plain patterns of the tables: `whole` required digits
+// before the mark ("#0.00" has 1, "#.0000" none) and `decimals` after it, without the
+// pattern walk. Near a tie it asks FormatNumber, whose decimal text decides.
+class FixedNumber {
+public:
+    FixedNumber(int whole, int decimals);
+    // Appends prefix (blanks) and the number, blanks in front up to width (as Formatta
+    // does); to a QString, or to bytes in the files' code page.
+    void Append(QString &out, double value, int width = 0, const char *prefix = "") const;
+    void Append(QString &out, float value, int width = 0, const char *prefix = "") const;
+    void Append(QByteArray &out, double value, int width = 0, const char *prefix = "") const;
+    void Append(QByteArray &out, float value, int width = 0, const char *prefix = "") const;
+    template <class Out, class T>
+    void Append(Out &, T, int = 0, const char * = "") const = delete;
+    // The bytes at p, which has room for kRoom; returns their end. Widths up to 32.
+    static constexpr int kRoom = 400;  // the longest double, 309 digits, with decimals and blanks
+    char *Write(char *p, double value, int width = 0, const char *prefix = "") const;
+    char *Write(char *p, float value, int width = 0, const char *prefix = "") const;
+
+private:
+    template <class T>
+    void AppendImpl(QString &out, T value, int width, const char *prefix) const;
+    template <class T>
+    char *WriteImpl(char *p, T value, int width, const char *prefix) const;
+    // The text in ASCII with the mark at *markAt, or -1 when FormatNumber has to decide.
+    template <class T>
+    int Digits(T value, char *buf, int *markAt) const;
+    int whole_, decimals_;
+    QChar mark_;
+    char markByte_;
+    QString pattern_;
+};
 // Str: a leading blank for a non-negative number, a point as decimal mark.
 QString Str(double value);
 QString Str(float value);

@@ -26,7 +26,7 @@ public:
     void Spill(QByteArray &buffer) {
         if (buffer.size() < (1 << 20)) return;
         Write(buffer);
-        buffer.clear();
+        buffer.resize(0);  // keeps its room for the next megabyte
     }
     void Commit();
 

@@ -1,5 +1,7 @@
 #include "files/field_reader.h"
 
+#include <cstring>
+
 namespace fm {
 namespace {
 constexpr qint64 kChunk = 1 << 20;
@@ -39,7 +41,19 @@ bool FieldReader::Next(std::string &field) {
     if (c < 0) return false;
     if (c == '"') {
         Get();
-        while ((c = Get()) >= 0 && c != '"') field += char(c);
+        // Up to the closing quote a buffer at a time, not a character at a time.
+        while (true) {
+            if (pos_ >= end_ && !Fill()) break;
+            const char *from = buffer_.data() + pos_;
+            const void *quote = std::memchr(from, '"', end_ - pos_);
+            const size_t len = quote ? size_t(static_cast<const char *>(quote) - from) : end_ - pos_;
+            field.append(from, len);
+            pos_ += len;
+            if (quote) {
+                ++pos_;
+                break;
+            }
+        }
         // What follows the closing quote up to a comma or the line end is dropped.
         while ((c = Peek()) >= 0 && c != ',' && c != '\r' && c != '\n') Get();
         if (c == ',') Get();

@@ -63,19 +63,59 @@ private:
     int last_ = -1;
 };
 
+// A plain decimal such as "0.35" or " -12.5", read as Val reads it: with at most 15
+// digits, the digits as a whole number over a power of ten are two exact doubles, and
+// their quotient is the correctly rounded value, as from_chars gives it.
+bool PlainDecimal(const char *b, const char *e, double &out) {
+    while (b < e && (*b == ' ' || *b == '\t')) ++b;
+    const bool negative = b < e && *b == '-';
+    if (negative) ++b;
+    static const double kTens[] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                   1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    uint64_t whole = 0;
+    int digits = 0, decimals = 0;
+    bool point = false;
+    for (; b < e; ++b) {
+        if (*b >= '0' && *b <= '9') {
+            if (++digits > 15) return false;
+            whole = whole * 10 + uint64_t(*b - '0');
+            decimals += point;
+        } else if (*b == '.' && !point) {
+            point = true;
+        } else {
+            return false;
+        }
+    }
+    if (digits == 0) return false;
+    out = double(whole) / kTens[decimals];
+    if (negative) out = -out;
+    return true;
+}
+
+float SampleValue(const char *b, const char *e) {
+    double v;
+    return Single(PlainDecimal(b, e, v) ? v : Val(b, e));
+}
+
 // One sample line: three blank-separated values; a comma counts as a decimal point.
 void ParseSample(std::string &line, float &x, float &y, float &z) {
-    const size_t p1 = line.find(' ');
-    const size_t p2 = p1 == std::string::npos ? p1 : line.find(' ', p1 + 1);
-    const size_t p3 = p2 == std::string::npos ? p2 : line.find(' ', p2 + 1);
+    // The blanks are a few characters apart: a plain loop beats a library search here.
+    const auto blank = [&line](size_t from) {
+        for (size_t i = from; i < line.size(); ++i)
+            if (line[i] == ' ') return i;
+        return std::string::npos;
+    };
+    const size_t p1 = blank(0);
+    const size_t p2 = p1 == std::string::npos ? p1 : blank(p1 + 1);
+    const size_t p3 = p2 == std::string::npos ? p2 : blank(p2 + 1);
     if (p3 == std::string::npos)
         Raise(err::InvalidCall, QStringLiteral("Invalid sample line: ") + Quoted(line));
     for (size_t i = 0; i < p3; ++i)
         if (line[i] == ',') line[i] = '.';
     const char *b = line.data();
-    x = Single(Val(b, b + p1));
-    y = Single(Val(b + p1, b + p2));
-    z = Single(Val(b + p2, b + p3));
+    x = SampleValue(b, b + p1);
+    y = SampleValue(b + p1, b + p2);
+    z = SampleValue(b + p2, b + p3);
 }
 
 // An unclosed real-time log would be refused for its blank count: its complete lines

@@ -12,7 +12,8 @@
 
 namespace fm {
 
-DataList::DataList(bool chronological) : chronological_(chronological || !ValueOrderAvailable()) {
+DataList::DataList(bool chronological)
+    : chronological_(chronological || !ValueOrderAvailable()), dates_(chronological_) {
     const MeasurementData &d = Data();
     int n = 0;
     heading_[n++] = ResString(3016);
@@ -70,27 +71,57 @@ int64_t DataList::LineCount() const {
     return headingLines_ + int64_t(count_);
 }
 
-QString DataList::Row(int32_t r) const {
-    if (r < 1 || r > count_) return QString();
+namespace {
+void Put(QString &out, const DateTexts::Text &t) {
+    out += t.text;
+}
+void Put(QByteArray &out, const DateTexts::Text &t) {
+    out += t.bytes;
+}
+void Put(QString &out, const char *text) {
+    out += QLatin1String(text);
+}
+void Put(QByteArray &out, const char *text) {
+    out += text;
+}
+}  // namespace
+
+template <class Out>
+void DataList::AppendRow(int32_t r, Out &row) const {
+    if (r < 1 || r > count_) return;
     const int32_t k = chronological_ ? r : byValue_[size_t(r)];
-    if (k < 1 || k > count_) return QString();
+    if (k < 1 || k > count_) return;
     const double date = DateAdd(unit_, double(k - 1) * step_, start_);
-    QString row = chronological_ ? ShortDate(date).trimmed() + QLatin1Char(' ') + LongTime(date).trimmed()
-                                 : GeneralDate(date);
+    // By time the date texts come trimmed (see the constructor); by value in the general form.
+    Put(row, dates_.ShortDate(date));
+    if (chronological_ || dates_.HasTime(date)) {
+        Put(row, " ");
+        Put(row, dates_.LongTime(date));
+    }
     const float x = x_[size_t(k)], y = y_[size_t(k)], z = z_[size_t(k)];
     const double v = value_[size_t(k)];
-    if (x < 0 || y < 0 || z < 0 || v < 0) return row + QStringLiteral(" NOT AVAILABLE - OPERATING GSM");
-    row += Formatta(FormatNumber(x, u"#0.00"), 8);
-    row += Formatta(FormatNumber(y, u"  #0.00"), 8);
-    row += Formatta(FormatNumber(z, u"  #0.00"), 8);
-    row += Formatta(FormatNumber(v, u"  #0.00"), 8);
-    return row;
+    if (x < 0 || y < 0 || z < 0 || v < 0) {
+        Put(row, " NOT AVAILABLE - OPERATING GSM");
+        return;
+    }
+    number_.Append(row, x, 8);
+    number_.Append(row, y, 8, "  ");
+    number_.Append(row, z, 8, "  ");
+    number_.Append(row, v, 8, "  ");
 }
 
 QString DataList::Line(int64_t line) const {
-    if (line < 0 || line >= LineCount()) return QString();
-    if (line < headingLines_) return heading_[line];
-    return Row(int32_t(line - headingLines_ + 1));
+    QString text;
+    AppendLine(line, text);
+    return text;
+}
+
+void DataList::AppendLine(int64_t line, QString &out) const {
+    if (line < 0 || line >= LineCount()) return;
+    if (line < headingLines_)
+        out += heading_[line];
+    else
+        AppendRow(int32_t(line - headingLines_ + 1), out);
 }
 
 int64_t DataList::MedianLine() const {
@@ -105,19 +136,38 @@ int32_t DataList::SampleOfLine(int64_t line) const {
     return chronological_ ? r : byValue_[size_t(r)];
 }
 
-QByteArray DataList::PlainText() const {
+void DataList::WriteText(const std::function<void(QByteArray &)> &sink) const {
     QByteArray out;
+    out.reserve((1 << 20) + 4096);
     const int64_t n = LineCount();
-    out.reserve(int(qMin<int64_t>(n * 60, 1 << 28)));
-    for (int64_t i = 0; i < n; ++i) out += ToCp1252(Line(i)) + "\r\n";
-    return out;
+    for (int64_t i = 0; i < n; ++i) {
+        if (i < headingLines_)
+            out += ToCp1252(heading_[i]);
+        else
+            AppendRow(int32_t(i - headingLines_ + 1), out);
+        out += "\r\n";
+        if (out.size() >= (1 << 20)) sink(out);
+    }
+    sink(out);
+}
+
+QByteArray DataList::PlainText() const {
+    QByteArray all;
+    WriteText([&all](QByteArray &part) {
+        all += part;
+        part.resize(0);
+    });
+    return all;
 }
 
 bool SalvaDati(const DataList &list, const QString &path) {
     return Trap("SalvaDati", false, [&] {
         SafeFile file(path);
         file.Open();
-        file.Write(list.PlainText());
+        list.WriteText([&file](QByteArray &part) {
+            file.Write(part);
+            part.resize(0);
+        });
         file.Commit();
         return true;
     });

@@ -4,9 +4,12 @@
 // The list keeps its own copy of the figures and dates it shows, as a text control keeps
 // its text: a load that fails half-way leaves the record part new, and the list on show
 // must still read as it was made.
+#include "core/regional.h"
+
 #include <QByteArray>
 #include <QString>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 namespace fm {
@@ -20,6 +23,8 @@ public:
     int HeadingLines() const;  // with the blank line that closes the heading
     int64_t LineCount() const;
     QString Line(int64_t line) const;
+    // Line's text appended to out: no text of its own for each of a million lines.
+    void AppendLine(int64_t line, QString &out) const;
     // The line of the median's row, or -1.
     int64_t MedianLine() const;
     // The line of sample s (1-based) in the order by time.
@@ -28,10 +33,12 @@ public:
     int32_t SampleOfLine(int64_t line) const;
     // The whole list as plain text with CR LF, in the Windows-1252 code page.
     QByteArray PlainText() const;
+    // The same a megabyte at a time: sink takes each part and empties it.
+    void WriteText(const std::function<void(QByteArray &)> &sink) const;
 
 private:
-    QString Row(int32_t position) const;
-    bool chronological_;
+    template <class Out>  // QString, or QByteArray in the files' code page
+    void AppendRow(int32_t position, Out &out) const;
     int32_t count_ = 0;
     double start_ = 0;
     int32_t step_ = 0;
@@ -44,6 +51,9 @@ private:
     std::vector<int32_t> byValue_;
     QString heading_[8];
     int headingLines_ = 0;
+    bool chronological_;
+    mutable DateTexts dates_;
+    FixedNumber number_{1, 2};
 };
 
 // Saves the list's plain text under path, replacing it (the list window's save).

@@ -5,6 +5,7 @@
 #include "support/test_env.h"
 
 #include <gtest/gtest.h>
+#include <utility>
 #include <vector>
 
 using namespace fm;
@@ -160,4 +161,46 @@ TEST(Statistics, HistogramClassesAndLabels) {
     SetValues(std::vector<double>(1000000, 1.5));
     DoStatistics(0, 10, 11);
     EXPECT_DOUBLE_EQ(Statistics().StatPercent[2], 100.0);
+}
+
+// The order of equal values is the one the plain shell sort on the values gives, for
+// values of two decimals (sorted packed) and for any others: a reference sort decides.
+TEST(Statistics, EqualValuesKeepTheShellSortsOrder) {
+    test::Fresh fresh;
+    const auto reference = [](std::vector<double> val, std::vector<int32_t> idx) {
+        const int64_t n = int64_t(val.size()) - 1;
+        int64_t h = 0;
+        do h = 3 * h + 1;
+        while (h <= n + 1);
+        do {
+            h /= 3;
+            for (int64_t i = h; i <= n; ++i) {
+                const double v = val[size_t(i)];
+                const int32_t k = idx[size_t(i)];
+                int64_t j = i;
+                for (; j >= h && val[size_t(j - h)] > v; j -= h) {
+                    val[size_t(j)] = val[size_t(j - h)];
+                    idx[size_t(j)] = idx[size_t(j - h)];
+                }
+                val[size_t(j)] = v;
+                idx[size_t(j)] = k;
+            }
+        } while (h > 1);
+        return std::pair(val, idx);
+    };
+    uint32_t seed = 540;
+    const auto next = [&seed] { return (seed = seed * 1103515245u + 12345u) >> 8; };
+    for (const bool twoDecimals : {true, false}) {
+        std::vector<double> values;
+        for (int i = 0; i < 30000; ++i) {
+            // Few distinct values, so most are equal to many others; marks and negatives among them.
+            const double v = double(next() % 300) / 100 - 0.5;
+            values.push_back(i % 997 == 3 ? -1 : twoDecimals ? v : v + 1.0 / 3);
+        }
+        SetValues(values);
+        const auto [val, idx] = reference(Data().SortedValue, Data().SortedIndex);
+        CalculateMediana();
+        EXPECT_EQ(Data().SortedIndex, idx);
+        EXPECT_EQ(Data().SortedValue, val);
+    }
 }

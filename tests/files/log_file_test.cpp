@@ -215,3 +215,38 @@ TEST_F(LogFileTest, BadInputIsRefusedWithItsCause) {
     EXPECT_EQ(host.LastBox(), ResString(4345));
     EXPECT_EQ(Data().DataCount, 1);  // the data set stays as it was
 }
+
+// Sample values are read as Val reads them, plain decimals on the fast road and every
+// other form on Val's: commas, signs, exponents, long digit runs, stray characters.
+TEST_F(LogFileTest, SampleValuesReadAsValReadsThem) {
+    const QStringList texts = {"0.35",
+                               "-0.00",
+                               "12.5",
+                               "7",
+                               ".5",
+                               "5.",
+                               "0,35",
+                               "+2.25",
+                               "1e-1",
+                               "2E1",
+                               "-.25",
+                               "1.2.3",
+                               "12345678901234567.5",
+                               "0.000000000000000001",
+                               "abc",
+                               "-",
+                               "3.4028234e38",  // just below the 32-bit limit; above it is an overflow
+                               "0.1000000000000000055511151231257827"};
+    QStringList samples;
+    for (const QString &t : texts) samples << t + QStringLiteral(" 0.10 ") + t + QStringLiteral("  0");
+    ASSERT_TRUE(LoadFile(Write(Log(samples))));
+    const MeasurementData &d = Data();
+    for (int i = 0; i < int(texts.size()); ++i) {
+        QString expected = texts[i];
+        expected.replace(QLatin1Char(','), QLatin1Char('.'));
+        const float v = float(Val(expected));
+        EXPECT_EQ(d.DataX[size_t(i + 1)], v) << texts[i].toStdString();
+        EXPECT_EQ(d.DataZ[size_t(i + 1)], v) << texts[i].toStdString();
+        EXPECT_EQ(d.DataY[size_t(i + 1)], 0.1f);
+    }
+}

@@ -1,5 +1,6 @@
 #include "charts/widgets/chart_control.h"
 
+#include "charts/widgets/trace_graph.h"
 #include "charts/widgets/wmf_device.h"
 #include "core/fault.h"
 #include "core/safe_file.h"
@@ -83,14 +84,15 @@ int ChartControl::AddSeries(Kind kind) {
         bars->setWidth(0.7);
         p = bars;
     } else {
-        auto *g = plot_->addGraph();
+        auto *g = new TraceGraph(plot_->xAxis, plot_->yAxis);
+        g->setName(QStringLiteral("Graph ") + QString::number(plot_->graphCount()));
         g->setAdaptiveSampling(true);  // keeps a million points fast
         g->setAntialiased(kind != FastLine);
         p = g;
     }
     // The plot's own selection would restyle a clicked trace; clicks are ours alone.
     p->setSelectable(QCP::stNone);
-    series_.push_back({kind, p, {}});
+    series_.push_back({kind, p, std::make_shared<TraceValues>()});
     return int(series_.size()) - 1;
 }
 
@@ -104,10 +106,11 @@ int ChartControl::SeriesAt(QPointF pos, int *point) const {
         const double distance = series.plottable->selectTest(pos, false, &details);
         if (distance < 0 || distance > bestDistance || (best >= 0 && distance == bestDistance)) continue;
         // The nearest point, or on a line between points far apart, the one under the pointer.
+        const TraceValues &values = *series.values;
         long i = details.value<QCPDataSelection>().dataRange().begin();
-        if (i < 0 || size_t(i) >= series.values.size() || std::isnan(series.values[size_t(i)]))
+        if (i < 0 || size_t(i) >= values.size() || std::isnan(values[size_t(i)]))
             i = std::lround(plot_->xAxis->pixelToCoord(pos.x()));
-        if (i < 0 || size_t(i) >= series.values.size() || std::isnan(series.values[size_t(i)])) continue;
+        if (i < 0 || size_t(i) >= values.size() || std::isnan(values[size_t(i)])) continue;
         best = s;
         bestDistance = distance;
         *point = int(i);
@@ -135,7 +138,7 @@ bool ChartControl::Active(int s) const {
 }
 
 void ChartControl::Add(int s, double value, const QString &label) {
-    auto &v = series_[size_t(s)].values;
+    TraceValues &v = *series_[size_t(s)].values;
     if (!label.isNull() && labels_.size() <= v.size()) {
         labels_.resize(v.size());
         labels_.push_back(label);
@@ -146,7 +149,7 @@ void ChartControl::Add(int s, double value, const QString &label) {
 QString ChartControl::Label(int point) const {
     if (labelFn_) {
         for (const Series &s : series_)
-            if (size_t(point) < s.values.size()) return labelFn_(point);
+            if (size_t(point) < s.values->size()) return labelFn_(point);
         return {};
     }
     return size_t(point) < labels_.size() ? labels_[size_t(point)] : QString();
@@ -156,9 +159,19 @@ void ChartControl::AddNull(int s, const QString &label) {
     Add(s, std::numeric_limits<double>::quiet_NaN(), label);
 }
 
+void ChartControl::SetValues(int s, std::vector<float> values) {
+    series_[size_t(s)].values->Assign(std::move(values));
+}
+
+void ChartControl::SetValues(int s, std::vector<double> values) {
+    series_[size_t(s)].values->Assign(std::move(values));
+}
+
 void ChartControl::ClearSeries(int s) {
-    series_[size_t(s)].values.clear();
-    if (auto *g = qobject_cast<QCPGraph *>(series_[size_t(s)].plottable))
+    series_[size_t(s)].values->clear();
+    if (auto *t = dynamic_cast<TraceGraph *>(series_[size_t(s)].plottable))
+        t->Detach();
+    else if (auto *g = qobject_cast<QCPGraph *>(series_[size_t(s)].plottable))
         g->data()->clear();
     else if (auto *b = qobject_cast<QCPBars *>(series_[size_t(s)].plottable))
         b->data()->clear();
@@ -166,9 +179,11 @@ void ChartControl::ClearSeries(int s) {
 
 void ChartControl::Append(int s, double value) {
     Series &series = series_[size_t(s)];
-    const double key = double(series.values.size());
-    series.values.push_back(value);
-    if (auto *g = qobject_cast<QCPGraph *>(series.plottable))
+    const double key = double(series.values->size());
+    series.values->push_back(value);
+    if (auto *t = dynamic_cast<TraceGraph *>(series.plottable); t && t->Attached())
+        t->Attach(series.values);
+    else if (auto *g = qobject_cast<QCPGraph *>(series.plottable))
         g->addData(key, value);
     else if (auto *b = qobject_cast<QCPBars *>(series.plottable))
         b->addData(key, value);
@@ -177,26 +192,32 @@ void ChartControl::Append(int s, double value) {
 }
 
 int ChartControl::Count(int s) const {
-    return int(series_[size_t(s)].values.size());
+    return int(series_[size_t(s)].values->size());
 }
 
 void ChartControl::Refresh() {
     size_t n = 0;
     for (Series &s : series_) {
-        if (auto *g = qobject_cast<QCPGraph *>(s.plottable)) {
-            QVector<QCPGraphData> points(qsizetype(s.values.size()));
-            for (size_t i = 0; i < s.values.size(); ++i)
-                points[qsizetype(i)] = QCPGraphData(double(i), s.values[i]);
-            g->data()->set(points, true);
+        const TraceValues &values = *s.values;
+        if (auto *g = dynamic_cast<TraceGraph *>(s.plottable)) {
+            // Long traces are drawn from our copy; short ones the plot holds, as live mode grows them.
+            if (values.size() >= kOwnTraceFrom) {
+                g->Attach(s.values);
+            } else {
+                g->Detach();
+                QVector<QCPGraphData> points(qsizetype(values.size()));
+                for (size_t i = 0; i < values.size(); ++i)
+                    points[qsizetype(i)] = QCPGraphData(double(i), values[i]);
+                g->data()->set(points, true);
+            }
             // Smooth lines cost seconds on a dense million-point trace; a full memory stays smooth.
-            g->setAntialiased(s.kind != FastLine && s.values.size() <= 20000);
+            g->setAntialiased(s.kind != FastLine && values.size() <= 20000);
         } else if (auto *b = qobject_cast<QCPBars *>(s.plottable)) {
-            QVector<QCPBarsData> bars(qsizetype(s.values.size()));
-            for (size_t i = 0; i < s.values.size(); ++i)
-                bars[qsizetype(i)] = QCPBarsData(double(i), s.values[i]);
+            QVector<QCPBarsData> bars(qsizetype(values.size()));
+            for (size_t i = 0; i < values.size(); ++i) bars[qsizetype(i)] = QCPBarsData(double(i), values[i]);
             b->data()->set(bars, true);
         }
-        n = std::max(n, s.values.size());
+        n = std::max(n, values.size());
     }
     const double pad = series_.empty() || series_[0].kind != Bars ? 0 : 0.6;
     plot_->xAxis->setRange(-pad, std::max(1.0, double(n) - 1 + pad));
@@ -228,7 +249,7 @@ void ChartControl::SetAllowZoom(bool on) {
 
 void ChartControl::UndoZoom() {
     size_t n = 0;
-    for (const Series &s : series_) n = std::max(n, s.values.size());
+    for (const Series &s : series_) n = std::max(n, s.values->size());
     plot_->xAxis->setRange(0, std::max(1.0, double(n) - 1));
     plot_->yAxis->setRange(fullMin_, fullMax_);
     plot_->replot();
@@ -278,7 +299,7 @@ void ChartControl::SetBottomLabelAngle(int degrees) {
 }
 
 QPointF ChartControl::PointPosition(int s, int i) const {
-    const auto &v = series_[size_t(s)].values;
+    const TraceValues &v = *series_[size_t(s)].values;
     if (i < 0 || size_t(i) >= v.size()) return {};
     return {plot_->xAxis->coordToPixel(i), plot_->yAxis->coordToPixel(v[size_t(i)])};
 }
@@ -291,7 +312,7 @@ void ChartControl::SetLevelLine(double value, QColor color) {
 }
 
 void ChartControl::ShowCross(int s, int i) {
-    const auto &v = series_[size_t(s)].values;
+    const TraceValues &v = *series_[size_t(s)].values;
     if (i < 0 || size_t(i) >= v.size() || std::isnan(v[size_t(i)])) {
         HideCross();  // no point there to mark
         return;

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QWidget>
 #include <functional>
+#include <memory>
 #include <vector>
 
 class QCustomPlot;
@@ -15,6 +16,7 @@ class QCPTextElement;
 class QIODevice;
 
 namespace fm {
+class TraceValues;
 
 class ChartControl : public QWidget {
     Q_OBJECT
@@ -32,6 +34,9 @@ public:
     // Points go at the next whole x position; labels are kept once for all series.
     void Add(int s, double value, const QString &label = QString());
     void AddNull(int s, const QString &label = QString());
+    // All points of a series at once, NaN for a null point; the axes come as floats.
+    void SetValues(int s, std::vector<float> values);
+    void SetValues(int s, std::vector<double> values);
     // Labels made on demand for the ticks on show: a million date texts made up front
     // would cost seconds. Takes the place of the labels given with the points.
     using LabelFunction = std::function<QString(int point)>;
@@ -95,8 +100,10 @@ private:
     struct Series {
         Kind kind;
         QCPAbstractPlottable *plottable;
-        std::vector<double> values;  // NaN for a null point
+        std::shared_ptr<TraceValues> values;  // NaN for a null point; shared with the trace drawn
     };
+    // From this many points a trace is drawn from its values, not from the plot's container.
+    static constexpr size_t kOwnTraceFrom = 100000;
     std::vector<Series> series_;
     std::vector<QString> labels_;
     LabelFunction labelFn_;

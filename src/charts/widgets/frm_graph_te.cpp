@@ -26,6 +26,9 @@
 #include <QPushButton>
 #include <QToolBar>
 #include <algorithm>
+#include <cmath>
+#include <limits>
+#include <vector>
 
 namespace fm {
 namespace {
@@ -128,21 +131,32 @@ void frmGraphTe::DrawGraph() {
         ChartControl *c = teeEvolution;
         c->SetTitle(ResString(3034));
         const QString progress = ResString(3035);
+        // Each trace is built once, in the type it is held in, and handed over whole; never
+        // past the arrays, whatever the count says.
         const int32_t n = DrawableSamples(
             std::min({d.DataX.size(), d.DataY.size(), d.DataZ.size(), d.DataValue.size()}));
+        const float none = std::numeric_limits<float>::quiet_NaN();
+        const auto count = static_cast<size_t>(n);
+        std::vector<float> x(count), y(count), z(count);
+        std::vector<double> r(count);
         for (int32_t i = 1; i <= n; ++i) {
             if (i % 100 == 0 && (int64_t(i) * 100 / n) != (int64_t(i - 100) * 100 / n))
                 Host().SetPanelText(progress + QString::number(int64_t(i) * 100 / n) + QLatin1Char('%'));
-            const size_t k = size_t(i);
+            const size_t k = size_t(i), p = k - 1;
             if (!(d.DataValue[k] > 0)) {
-                for (int s = 0; s < 4; ++s) c->AddNull(s);
+                x[p] = y[p] = z[p] = none;
+                r[p] = double(none);
             } else {
-                c->Add(0, d.DataX[k]);
-                c->Add(1, d.DataY[k]);
-                c->Add(2, d.DataZ[k]);
-                c->Add(3, d.DataValue[k]);
+                x[p] = d.DataX[k];
+                y[p] = d.DataY[k];
+                z[p] = d.DataZ[k];
+                r[p] = d.DataValue[k];
             }
         }
+        c->SetValues(0, std::move(x));
+        c->SetValues(1, std::move(y));
+        c->SetValues(2, std::move(z));
+        c->SetValues(3, std::move(r));
         c->SetLabelFunction(SampleDateLabels());
         const double range = double(d.DataMax) - double(d.DataMin);
         if (chkLogaritmic->isChecked())

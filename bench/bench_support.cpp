@@ -1,0 +1,43 @@
+#include "bench_support.h"
+
+#include <sys/resource.h>
+#include <QByteArray>
+#include <QFile>
+#include <cmath>
+#include <random>
+
+namespace bench {
+
+long PeakRssMb() {
+    rusage u{};
+    getrusage(RUSAGE_SELF, &u);
+    return u.ru_maxrss / 1024;
+}
+
+void WriteLog(const QString &path, int32_t samples, int stepSeconds) {
+    QFile f(path);
+    f.open(QIODevice::WriteOnly);
+    f.write("\"Field Activity Log\"\r\n\"30/12/2025 20:00:00@01/01/2027 06:40:00@1\"\r\n\"" +
+            QByteArray::number(stepSeconds) + "s\"\r\n");
+    f.write("\"" + QByteArray::number(samples) + "\"\r\n\"QL540-0042\"\r\n\"Bench\"\r\n");
+    std::mt19937 rng(540);
+    std::normal_distribution<double> noise(0, 0.01);
+    QByteArray chunk;
+    for (int32_t i = 0; i < samples; ++i) {
+        if (i % 50000 == 7) {
+            chunk += "\"-1 -1 -1 0\"\r\n";
+        } else {
+            const double base = 0.3 + 0.25 * std::sin(i / 8640.0 * 6.283) + (i % 100000 < 500 ? 3.0 : 0.0);
+            chunk += '"' + QByteArray::number(std::fabs(base * 0.8 + noise(rng)), 'f', 2) + ' ' +
+                     QByteArray::number(std::fabs(base * 0.5 + noise(rng)), 'f', 2) + ' ' +
+                     QByteArray::number(std::fabs(base * 0.3 + noise(rng)), 'f', 2) + "  0\"\r\n";
+        }
+        if (chunk.size() > (1 << 20)) {
+            f.write(chunk);
+            chunk.clear();
+        }
+    }
+    f.write(chunk);
+}
+
+}  // namespace bench

@@ -1,0 +1,14 @@
+#pragma once
+// What several benchmarks share: the peak memory of the process, and a log as a logger
+// writes it. Peaks are for the whole process: run a benchmark alone (--benchmark_filter)
+// to read its own.
+#include <QString>
+#include <cstdint>
+
+namespace bench {
+long PeakRssMb();
+// A slowly varying field with noise and a sample without data every 50,000, from
+// 30/12/2025 20:00:00 at `stepSeconds`, so that a long log crosses a year and both
+// summer-time changes.
+void WriteLog(const QString &path, int32_t samples, int stepSeconds);
+}  // namespace bench
