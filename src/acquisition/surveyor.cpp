@@ -208,6 +208,8 @@ bool DownloadSurveyorData() {
         d.DataEnd = SurveyorEnd();
         d.DataSource = QStringLiteral("Surveyor");
         d.DataStopCode = -1;
+        // New data from a unit belongs to no file yet: the windows must not name the old one.
+        d.DataFile.clear();
         if (d.DataCount >= 1) {
             SeedValueOrder(d);
             CalculateStats(QStringLiteral("Data"));

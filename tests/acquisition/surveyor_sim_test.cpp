@@ -75,8 +75,10 @@ TEST_F(SurveyorSimTest, BlocksGapsAndAnOverlapArriveAsSent) {
     // Seven stored blocks: 0, 2, 4 and 6 unpacked, 4 starting before the end so far.
     Start({"--blocks", "7", "--records", "300", "--step", "1", "--gap", "4", "--overlap-block", "4",
            "--start", "2026-03-02T08:00"});
+    Data().DataFile = QStringLiteral("/somewhere/earlier.log");  // what was open before
     ASSERT_TRUE(DownloadSurveyorData());
     EXPECT_TRUE(Texts().isEmpty()) << qPrintable(Texts().join(QLatin1Char('|')));
+    EXPECT_TRUE(Data().DataFile.isEmpty());  // the new data belongs to no file yet
     ExpectAsked(QStringLiteral("EHHHHHHHH"));  // the last block gets its "H" too
     const QStringList expected = Expected();
     const MeasurementData &d = Data();

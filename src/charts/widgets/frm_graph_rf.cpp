@@ -87,7 +87,7 @@ void frmGraphRf::GraphSetup() {
     TrapVoid("GraphSetup", [this] {
         ChartControl *c = teeEvolution;
         c->RemoveAllSeries();
-        c->SetLeftTitle(ResString(3033));
+        c->SetLeftTitle(ResString(3033) + QStringLiteral(" (V/m)"));  // the RF field is not in µT
         c->SetBackColor(FromBgr(Options().ColorBackTe));
         c->SetLegendVisible(false);
         c->SetAllowZoom(true);

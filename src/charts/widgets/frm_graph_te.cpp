@@ -112,7 +112,7 @@ void frmGraphTe::closeEvent(QCloseEvent *e) {
 void frmGraphTe::GraphSetup() {
     ChartControl *c = teeEvolution;
     c->RemoveAllSeries();
-    c->SetLeftTitle(ResString(3033));
+    c->SetLeftTitle(ResString(3033) + QStringLiteral(" (µT)"));
     c->SetLogarithmic(chkLogaritmic->isChecked());
     c->SetBackColor(FromBgr(Options().ColorBackTe));
     c->SetLegendVisible(false);

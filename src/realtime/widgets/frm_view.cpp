@@ -248,7 +248,7 @@ void frmView::ChartSetup() {
     c->SetBackColor(Qt::white);
     c->SetLegendVisible(false);
     c->SetAllowZoom(false);
-    c->SetLeftTitle(ResString(3033));
+    c->SetLeftTitle(ResString(3033) + QStringLiteral(" (µT)"));
     c->SetLabelFunction([](int point) {
         const double date = Live().SampleDate(point + 1);
         return ShortDate(date) + QLatin1Char('\n') + LongTime(date);
