@@ -389,9 +389,9 @@ void frmMain::FileDialogFor(int button) {
     }
 }
 
-bool frmMain::OfferToSave() {
+bool frmMain::OfferToSave(int icon) {
     const MeasurementData &d = Data();
-    if (!d.DataPresent || d.DataSaved || !MessBox(ResString(31), {}, -1, 0)) return true;
+    if (!d.DataPresent || d.DataSaved || !MessBox(ResString(31), {}, icon, 0)) return true;
     FileDialogFor(3);
     if (!dlgFile.ShowSave(this)) return false;
     Options().LastPath = OptionText(SplitFileName(dlgFile.FileName, false));

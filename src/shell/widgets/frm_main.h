@@ -95,7 +95,8 @@ public:
 
     // Before new data replaces an unsaved measurement: the question of the exit, and the
     // save dialog on yes. False when the user cancelled that dialog or the save failed.
-    bool OfferToSave();
+    // The exit asks with the error cross it always had; new data asks with the warning sign.
+    bool OfferToSave(int icon = 1);
 
 signals:
     // The wait window has painted this share of a long reply.

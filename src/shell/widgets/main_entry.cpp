@@ -148,7 +148,7 @@ void ShutDown(QWidget *form) {
             *t = 0;
         }
         frmMain *main = MainForm();
-        if (main) main->OfferToSave();
+        if (main) main->OfferToSave(-1);
         if (main && g_optionsRead) {
             const auto state = main->windowState();
             Options().MainWindowState = state & Qt::WindowMinimized ? 1 : state & Qt::WindowMaximized ? 2 : 0;
