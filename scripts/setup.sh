@@ -13,6 +13,7 @@ pkgs=(
   qt6-translations-l10n  # Qt's own dialogs in Italian
   libwmf-bin fonts-urw-base35  # an independent metafile reader for the tests, and the fonts it needs
   datamash  # the yardstick of bench/compare_datamash.sh
+  help2man  # fluxmere-cli's manual page, made from its --help
 )
 missing=()
 for p in "${pkgs[@]}"; do

@@ -99,6 +99,90 @@ TEST_F(CliTest, FloatFieldsShowTheirOwnDigits) {
     EXPECT_TRUE(json.out.contains(QStringLiteral("\"DataMean\": 0.165,"))) << json.out.toStdString();
 }
 
+// Each command has its own help with its own options; an option it does not have is named
+// with the command, wherever the program's own options stand.
+TEST_F(CliTest, HelpVersionAndUnknownOptions) {
+    const Result all = Run({"--help"});
+    ASSERT_EQ(all.code, 0);
+    EXPECT_TRUE(all.err.isEmpty());
+    const std::pair<const char *, const char *> own[] = {
+        {"info", "--json"},        {"convert", "--yes"},     {"list", "--by-value"},   {"export", "--tab"},
+        {"chart", "--classes N"},  {"recover", "--lang"},    {"status", "--json"},     {"read-id", "--json"},
+        {"write-id", "--port DEV"}, {"program", "--clock DATE"}, {"stop", "--port DEV"}, {"upload", "-o FILE"},
+        {"import-surveyor", "-o FILE"}, {"live", "--count N"}};
+    for (const auto &[command, option] : own) {
+        SCOPED_TRACE(command);
+        EXPECT_TRUE(all.out.contains(QStringLiteral("\n  %1 ").arg(QLatin1String(command))));
+        const Result r = Run({command, "--help"});
+        EXPECT_EQ(r.code, 0);
+        EXPECT_TRUE(r.out.startsWith(QStringLiteral("Usage: fluxmere-cli [options] %1 ").arg(QLatin1String(command))))
+            << qPrintable(r.out);
+        EXPECT_TRUE(r.out.contains(QLatin1String(option))) << qPrintable(r.out);
+    }
+    EXPECT_FALSE(Run({"info", "--help"}).out.contains(QStringLiteral("--port")));
+    EXPECT_EQ(Run({"--lang", "en", "export", "--help"}).out, Run({"export", "--help", "--lang", "en"}).out);
+
+    const Result version = Run({"--version"});
+    EXPECT_EQ(version.code, 0);
+    EXPECT_EQ(version.out, QStringLiteral("fluxmere-cli %1.%2.%3\n")
+                               .arg(FLUXMERE_VERSION_MAJOR)
+                               .arg(FLUXMERE_VERSION_MINOR)
+                               .arg(FLUXMERE_VERSION_REVISION));
+
+    const std::pair<QStringList, QString> wrong[] = {
+        {{"export", log, "--csv", "--foo", "-o", "x"}, "fluxmere-cli export: unknown option '--foo'"},
+        {{"info", log, "--port", "/dev/null"}, "fluxmere-cli info: unknown option '--port'"},
+        {{"--bar", "status"}, "fluxmere-cli status: unknown option '--bar'"},
+        {{"--bar"}, "fluxmere-cli: unknown option '--bar'"},
+        {{"frobnicate"}, "fluxmere-cli: unknown command 'frobnicate'"},
+        {{"chart", log, "--kind"}, "fluxmere-cli chart: Missing value after '--kind'"},
+    };
+    for (const auto &[args, message] : wrong) {
+        SCOPED_TRACE(qPrintable(args.join(QLatin1Char(' '))));
+        const Result r = Run(args);
+        EXPECT_EQ(r.code, 64);
+        EXPECT_TRUE(r.err.contains(message)) << qPrintable(r.err);
+        EXPECT_TRUE(r.out.isEmpty());
+    }
+    // The program's options after the command, as before it.
+    EXPECT_TRUE(Run({"info", log, "--threshold", "0,9", "--lang", "en"})
+                    .out.contains(QStringLiteral("[!] Samples above the threshold : 20,0%")));
+}
+
+// The list's heading figures and rows by name; a sample without figures has nulls.
+TEST_F(CliTest, ListAsJson) {
+    const Result r = Run({"list", "--json", log});
+    ASSERT_EQ(r.code, 0) << qPrintable(r.err);
+    QJsonParseError error{};
+    const QJsonObject o = QJsonDocument::fromJson(r.out.toUtf8(), &error).object();
+    ASSERT_EQ(error.error, QJsonParseError::NoError) << qPrintable(r.out);
+    EXPECT_EQ(o["ShortID"].toString(), QStringLiteral("QL540-0042"));
+    EXPECT_EQ(o["LongID"].toString(), QStringLiteral("Cabina 3"));
+    EXPECT_EQ(o["DataSource"].toString(), QStringLiteral("File"));
+    EXPECT_FALSE(o.contains("DataIsCsv"));
+    const QJsonArray rows = o["rows"].toArray();
+    ASSERT_EQ(rows.size(), 5);
+    const QJsonObject first = rows[0].toObject();
+    EXPECT_EQ(first["date"].toString(), QStringLiteral("2026-10-14T08:00:00"));
+    EXPECT_EQ(first["x"].toDouble(), 0.1);  // the 32-bit value by its own digits
+    EXPECT_EQ(first["z"].toDouble(), 0.3);
+    EXPECT_EQ(first["value"].toDouble(), 0.37);
+    EXPECT_TRUE(r.out.contains(QStringLiteral("\"x\":0.1,\"y\":0.2,\"z\":0.3,")));
+    EXPECT_EQ(rows[2].toObject()["date"].toString(), QStringLiteral("2026-10-14T08:02:00"));
+    EXPECT_TRUE(rows[2].toObject()["x"].isNull());
+    EXPECT_TRUE(rows[2].toObject()["value"].isNull());
+
+    // By value: the order of the list by value, the sample without figures first.
+    const Result byValue = Run({"list", "--json", "--by-value", log});
+    const QJsonArray sorted = QJsonDocument::fromJson(byValue.out.toUtf8()).object()["rows"].toArray();
+    ASSERT_EQ(sorted.size(), 5);
+    QStringList dates;
+    for (const QJsonValue &row : sorted) dates << row.toObject()["date"].toString();
+    EXPECT_EQ(dates.join(QLatin1Char(' ')),
+              QStringLiteral("2026-10-14T08:02:00 2026-10-14T08:04:00 2026-10-14T08:00:00 2026-10-14T08:01:00 "
+                             "2026-10-14T08:03:00"));
+}
+
 TEST_F(CliTest, ConvertAndFailures) {
     const QString out = dir.filePath(QStringLiteral("out.log"));
     ASSERT_EQ(Run({"convert", log, out}).code, 0);
@@ -126,9 +210,21 @@ TEST_F(CliTest, LoggerCommandsAgainstTheSimulator) {
     const Result recorded = Run({"--lang", "en", "status", "--port", port});
     EXPECT_TRUE(recorded.out.contains(QStringLiteral("Status: TERMINATO (FINE MEMORIA)")));
     EXPECT_TRUE(recorded.out.contains(QString::number(year - 2))) << recorded.out.toStdString();
+    const QJsonObject st =
+        QJsonDocument::fromJson(Run({"status", "--port", port, "--json", "--lang", "en"}).out.toUtf8()).object();
+    EXPECT_EQ(st["MonitorText"].toString(), QStringLiteral("TERMINATO (FINE MEMORIA)"));
+    EXPECT_EQ(st["MonitorState"].toInt(-1), 0);
+    EXPECT_EQ(st["DataStart"].toString(), QStringLiteral("%1-03-03T09:30:00").arg(year - 2));
+    EXPECT_EQ(st["DataCount"].toInt(), 571);
+    EXPECT_EQ(st["DataStep"].toInt(), 10);
+    EXPECT_EQ(st["DataStepUnit"].toString(), QStringLiteral("n"));
     ASSERT_EQ(Run({"write-id", "--port", port, "CAB-9", "Via Po 1"}).code, 0);
     EXPECT_TRUE(
         Run({"--lang", "en", "read-id", "--port", port}).out.contains(QStringLiteral("Short ID: CAB-9\n")));
+    const QJsonObject codes =
+        QJsonDocument::fromJson(Run({"read-id", "--json", "--port", port}).out.toUtf8()).object();
+    EXPECT_EQ(codes["ShortID"].toString(), QStringLiteral("CAB-9"));
+    EXPECT_EQ(codes["LongID"].toString(), QStringLiteral("Via Po 1"));
     EXPECT_EQ(Run({"write-id", "--port", port, "12345678901234567", "x"}).code, 1);
     const QString up = dir.filePath(QStringLiteral("up.log"));
     ASSERT_EQ(Run({"upload", "--port", port, "-o", up}).code, 0);

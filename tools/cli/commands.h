@@ -6,21 +6,23 @@
 namespace fm::cli {
 inline constexpr int kOk = 0, kFailed = 1, kNoLanguage = 2, kUsage = 64;
 
+// "2026-10-14T08:00:00", as the JSON texts write dates.
+QString IsoDate(double date);
 int Info(const QString &file, bool json);
 // Asks, as saving a log does, before an existing file is replaced; false (and a message)
 // when the answer is no, which it is unless --yes was given.
 bool MayReplace(const QString &out);
 int Convert(const QString &in, const QString &out);
 int Export(const QString &in, bool csv, const QString &out);
-int List(const QString &in, bool byValue);
+int List(const QString &in, bool byValue, bool json);
 // Limits of the statistics chart; what is not given keeps the window's own.
 struct ChartLimits {
     std::optional<double> min, max;
     int classes = 0;
 };
 int Chart(const QString &in, const QString &kind, const ChartLimits &limits, const QString &out);
-int Status(const QString &port);
-int ReadCodes(const QString &port);
+int Status(const QString &port, bool json);
+int ReadCodes(const QString &port, bool json);
 int WriteCodes(const QString &port, const QString &shortId, const QString &longId);
 int Program(const QString &port, const QString &step, const QString &unit, const QString &start,
             const QString &stop, const QString &clock);

@@ -7,31 +7,16 @@
 #include "core/regional.h"
 #include "files/log_file.h"
 #include "files/table_export.h"
-#include "shell/data_list.h"
 #include "shell/info_model.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <charconv>
 #include <cstdio>
 #include <utility>
 
 namespace fm::cli {
 namespace {
-// 0.2f as 0.2: the single-precision value by its own shortest text.
-double Exact(float v) {
-    char buf[32];
-    const auto r = std::to_chars(buf, buf + sizeof buf, v);
-    double d = 0;
-    std::from_chars(buf, r.ptr, d);
-    return d;
-}
-
-QString Iso(double date) {
-    return DateToDateTime(date).toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
-}
-
 void Print(const QString &text) {
     std::fputs(qPrintable(text + QLatin1Char('\n')), stdout);
 }
@@ -66,22 +51,40 @@ void PrintJson() {
     for (const WarningLine &w : Warnings())
         warnings.append(QJsonObject{{"text", w.text}, {"level", w.level}});
     QJsonObject o{
-        {"DataSource", d.DataSource},     {"DataCount", d.DataCount},       {"DataStep", d.DataStep},
-        {"DataStepUnit", d.DataStepUnit}, {"DataStart", Iso(d.DataStart)},  {"DataStop", Iso(d.DataStop)},
-        {"DataEnd", Iso(d.DataEnd)},      {"DataStopCode", d.DataStopCode}, {"ShortID", d.ShortID.trimmed()},
-        {"LongID", d.LongID.trimmed()},   {"DataMin", Exact(d.DataMin)},    {"DataMax", Exact(d.DataMax)},
-        {"DataMean", Exact(d.DataMean)},  {"DataMedian", d.DataMedian},     {"MedianPos", d.MedianPos},
+        {"DataSource", d.DataSource},
+        {"DataCount", d.DataCount},
+        {"DataStep", d.DataStep},
+        {"DataStepUnit", d.DataStepUnit},
+        {"DataStart", IsoDate(d.DataStart)},
+        {"DataStop", IsoDate(d.DataStop)},
+        {"DataEnd", IsoDate(d.DataEnd)},
+        {"DataStopCode", d.DataStopCode},
+        {"ShortID", d.ShortID.trimmed()},
+        {"LongID", d.LongID.trimmed()},
+        {"DataMin", Widen(d.DataMin)},
+        {"DataMax", Widen(d.DataMax)},
+        {"DataMean", Widen(d.DataMean)},
+        {"DataMedian", d.DataMedian},
+        {"MedianPos", d.MedianPos},
         {"warnings", warnings},
     };
     if (d.DataIsCsv) {
         o.insert(QStringLiteral("DataIsCsv"), true);
-        for (const auto &[name, value] : {std::pair{"RfMax", d.RfMax}, {"RfMin", d.RfMin}, {"RfMean", d.RfMean},
-                                          {"AuxMax", d.AuxMax}, {"AuxMin", d.AuxMin}, {"AuxMean", d.AuxMean}})
-            o.insert(QLatin1String(name), Exact(value));
+        for (const auto &[name, value] : {std::pair{"RfMax", d.RfMax},
+                                          {"RfMin", d.RfMin},
+                                          {"RfMean", d.RfMean},
+                                          {"AuxMax", d.AuxMax},
+                                          {"AuxMin", d.AuxMin},
+                                          {"AuxMean", d.AuxMean}})
+            o.insert(QLatin1String(name), Widen(value));
     }
     std::fputs(QJsonDocument(o).toJson(QJsonDocument::Indented).constData(), stdout);
 }
 }  // namespace
+
+QString IsoDate(double date) {
+    return DateToDateTime(date).toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
+}
 
 int Info(const QString &file, bool json) {
     if (!LoadFile(file)) return kFailed;
@@ -112,21 +115,6 @@ int Export(const QString &in, bool csv, const QString &out) {
     if (!SaveTable(out, csv ? 1 : 2)) {
         std::fprintf(stderr, "%s\n", qPrintable(ResString(8)));
         return kFailed;
-    }
-    return kOk;
-}
-int List(const QString &in, bool byValue) {
-    if (!LoadFile(in)) return kFailed;
-    const DataList list(!byValue);
-    // Lines go out in blocks: a call per line costs seconds on a year of samples.
-    QString text;
-    for (int64_t i = 0; i < list.LineCount(); ++i) {
-        list.AppendLine(i, text);
-        text += QLatin1Char('\n');
-        if (text.size() < (1 << 16) && i + 1 < list.LineCount()) continue;
-        const QByteArray bytes = text.toLocal8Bit();
-        std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
-        text.resize(0);
     }
     return kOk;
 }

@@ -16,6 +16,8 @@
 #include "shell/info_model.h"
 #include "shell/link_handlers.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <cstdio>
 
 namespace fm::cli {
@@ -57,29 +59,54 @@ bool ParseDateArg(const QString &text, std::optional<double> &out) {
 }
 }  // namespace
 
-int Status(const QString &port) {
+// The figures of status and read-id: each line's caption, or with --json its key as
+// info --json names the field.
+class Figures {
+public:
+    explicit Figures(bool json) : json_(json) {}
+    void Add(int caption, const char *key, const QString &text, const QJsonValue &value) {
+        if (json_)
+            object_.insert(QLatin1String(key), value);
+        else
+            Print(ResString(caption) + QStringLiteral(": ") + text);
+    }
+    ~Figures() {
+        if (json_) std::fputs(QJsonDocument(object_).toJson(QJsonDocument::Indented).constData(), stdout);
+    }
+
+private:
+    bool json_;
+    QJsonObject object_;
+};
+
+int Status(const QString &port, bool json) {
     if (!Connect(port)) return kFailed;
     const auto &m = Link().MonitorSettings;
     const SessionStatus st = DecodeStatus(m[16], m[18]);
-    Print(ResString(4036) + QStringLiteral(": ") + st.text);
+    Figures figures(json);
+    figures.Add(4036, "MonitorText", st.text, st.text);
+    if (json) figures.Add(0, "MonitorState", {}, st.monitorState);
     const int unit = m[5] & 7;
     const QString letter = unit >= 2 && unit <= 5 ? Shared().UnitLetters[size_t(unit)] : QString();
-    Print(ResString(4032) + QStringLiteral(": ") + QString::number(FromBcd(uint8_t(m[6]))) +
-          QLatin1Char(' ') + letter);
+    const int step = FromBcd(uint8_t(m[6]));
+    if (json) figures.Add(0, "DataStep", {}, step);
+    figures.Add(4032, "DataStepUnit", QString::number(step) + QLatin1Char(' ') + letter, letter);
     uint8_t wire[5];
     const int from = (m[7] & 1) ? 8 : 0;
     for (int i = 0; i < 5; ++i) wire[i] = uint8_t(m[size_t(from + i)]);
-    Print(ResString(4033) + QStringLiteral(": ") + GeneralDate(DecodeWireDate(wire)));
+    const double start = DecodeWireDate(wire);
+    figures.Add(4033, "DataStart", GeneralDate(start), IsoDate(start));
     const int address = m[13] * 256 + m[14];
-    Print(ResString(4031) + QStringLiteral(": ") +
-          QString::number(address >= 96 ? CLng((address - 96) / 7.0) : 0));
+    const int count = address >= 96 ? CLng((address - 96) / 7.0) : 0;
+    figures.Add(4031, "DataCount", QString::number(count), count);
     return kOk;
 }
 
-int ReadCodes(const QString &port) {
+int ReadCodes(const QString &port, bool json) {
     if (!Connect(port) || !ReadID()) return kFailed;
-    Print(ResString(4025) + QStringLiteral(": ") + Data().ShortID.trimmed());
-    Print(ResString(4026) + QStringLiteral(": ") + Data().LongID.trimmed());
+    Figures figures(json);
+    figures.Add(4025, "ShortID", Data().ShortID.trimmed(), Data().ShortID.trimmed());
+    figures.Add(4026, "LongID", Data().LongID.trimmed(), Data().LongID.trimmed());
     return kOk;
 }
 
