@@ -19,6 +19,7 @@
 #include "monitor/widgets/frm_monitor.h"
 #include "shell/file_folders.h"
 #include "shell/widgets/frm_about.h"
+#include "shell/widgets/edit_keys.h"
 #include "shell/widgets/frm_date.h"
 #include "shell/widgets/frm_help.h"
 #include "shell/widgets/frm_info.h"
@@ -80,6 +81,7 @@ frmMain *MainForm() { return g_main; }
 frmMain::frmMain() : DockControl_(this) {
     g_main = this;
     setObjectName(QStringLiteral("frmMain"));
+    qApp->installEventFilter(new EditKeys(this));
     setWindowTitle(QStringLiteral("Fluxmere"));
     SetTag(this, 4037);
     mdiArea = new QMdiArea(this);
