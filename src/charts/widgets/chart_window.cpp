@@ -22,7 +22,7 @@ QToolBar *ChartToolbar(QWidget *form, std::function<void()> save) {
     bar->setIconSize(QSize(18, 18));
     bar->addAction(ToolbarImage(2), ResString(4142), form, std::move(save));
     bar->addAction(ToolbarImage(4), ResString(4143))->setEnabled(false);  // printing comes later
-    bar->addAction(QIcon(MessageImage(0, 18)), ResString(4144), form, [form] {
+    bar->addAction(MessageIcon(0), ResString(4144), form, [form] {
         if (form->parentWidget()) form->parentWidget()->close();
     });
     return bar;

@@ -46,7 +46,9 @@ uint32_t TraceColor(int k) {
 }
 
 QPixmap StatePicture(bool running) {
-    QPixmap p(20, 20);
+    const qreal ratio = qGuiApp->devicePixelRatio();  // sharp on a HiDPI screen
+    QPixmap p(QSize(20, 20) * ratio);
+    p.setDevicePixelRatio(ratio);
     p.fill(Qt::transparent);
     QPainter g(&p);
     g.setRenderHint(QPainter::Antialiasing);
@@ -68,7 +70,10 @@ VectorSurface::VectorSurface(QWidget *parent) : QWidget(parent) {
 
 void VectorSurface::PreparaDisegno() {
     TrapVoid("PreparaDisegno", [this] {
-        fixed_ = QPixmap(std::max(1, width()), std::max(1, height()));
+        // At the widget's pixel ratio: drawn over 1:1, its lines and letters stay sharp.
+        const qreal ratio = devicePixelRatioF();
+        fixed_ = QPixmap(QSize(std::max(1, width()), std::max(1, height())) * ratio);
+        fixed_.setDevicePixelRatio(ratio);
         fixed_.fill(Qt::white);
         QPainter g(&fixed_);
         g.setPen(QPen(Qt::black, 1));
