@@ -87,6 +87,10 @@ frmMain::frmMain() : DockControl_(this) {
     mdiArea = new QMdiArea(this);
     mdiArea->setObjectName(QStringLiteral("mdiArea"));
     mdiArea->setBackground(QColor(0x8a, 0x94, 0xa0));
+    // A view that cannot be narrower than its controls may be wider than the area
+    // (a small screen, a large text scale): the area scrolls to it.
+    mdiArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    mdiArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setCentralWidget(mdiArea);
     // Four fifths of the screen's free area, centred: any fixed size is cramped on a
     // large screen and runs off a small one.
