@@ -4,6 +4,7 @@
 #include "core/fault.h"
 
 #include <QRegularExpression>
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -446,6 +447,22 @@ QString DateTexts::General(double date) {
     QString text = ShortDate(date).text;
     if (HasTime(date)) text += QLatin1Char(' ') + LongTime(date).text;
     return text;
+}
+
+int DateTexts::Widest(double first, double last) {
+    const QDate a = DateToDateTime(std::min(first, last)).date();
+    const QDate b = DateToDateTime(std::max(first, last)).date();
+    // Two-digit days, months and hours, noon and midnight: where the texts run longest.
+    const int days[][2] = {{1, 1}, {10, 10}, {12, 28}, {a.month(), a.day()}, {b.month(), b.day()}};
+    int widest = 0;
+    for (int year : {a.year(), b.year()})
+        for (const auto &md : days)
+            for (int hour : {0, 1, 10, 11, 12, 13, 22, 23}) {
+                const double date = DateFromParts(year, md[0], md[1], hour, 59, 59);
+                const qsizetype day = ShortDate(date).text.size();
+                widest = std::max(widest, int(day + 1 + LongTime(date).text.size()));
+            }
+    return widest;
 }
 
 bool ParseDate(QStringView input, double *out) {

@@ -53,6 +53,9 @@ public:
     // Whether the general form has a time part: not at midnight.
     bool HasTime(double date);
     QString General(double date);
+    // The widest date-and-time text of any second in the years from first to last, so a
+    // column of them can be padded to one width whatever the hour or day.
+    int Widest(double first, double last);
 
 private:
     void Split(double date);

@@ -87,17 +87,19 @@ void Put(QByteArray &out, const char *text) {
 }  // namespace
 
 template <class Out>
-void DataList::AppendRow(int32_t r, Out &row) const {
+void DataList::AppendRow(int32_t r, Out &row, int pad) const {
     if (r < 1 || r > count_) return;
     const int32_t k = chronological_ ? r : byValue_[size_t(r)];
     if (k < 1 || k > count_) return;
     const double date = DateAdd(unit_, double(k - 1) * step_, start_);
+    const qsizetype begin = row.size();
     // By time the date texts come trimmed (see the constructor); by value in the general form.
     Put(row, dates_.ShortDate(date));
     if (chronological_ || dates_.HasTime(date)) {
         Put(row, " ");
         Put(row, dates_.LongTime(date));
     }
+    while (row.size() - begin < pad) Put(row, " ");
     const float x = x_[size_t(k)], y = y_[size_t(k)], z = z_[size_t(k)];
     const double v = value_[size_t(k)];
     if (x < 0 || y < 0 || z < 0 || v < 0) {
@@ -122,6 +124,33 @@ void DataList::AppendLine(int64_t line, QString &out) const {
         out += heading_[line];
     else
         AppendRow(int32_t(line - headingLines_ + 1), out);
+}
+
+void DataList::AppendPaddedLine(int64_t line, QString &out) const {
+    if (line >= headingLines_ && line < LineCount())
+        AppendRow(int32_t(line - headingLines_ + 1), out, DateWidth());
+    else
+        AppendLine(line, out);
+}
+
+int DataList::DateWidth() const {
+    if (dateWidth_ < 0)
+        dateWidth_ =
+            count_ < 1 ? 0 : dates_.Widest(start_, DateAdd(unit_, double(count_ - 1) * step_, start_));
+    return dateWidth_;
+}
+
+QString DataList::Text(int64_t first, int64_t last) const {
+    QString out;
+    first = std::max<int64_t>(first, 0);
+    last = std::min(last, LineCount() - 1);
+    if (last < first) return out;
+    out.reserve(qsizetype((last - first + 1) * 64));
+    for (int64_t i = first; i <= last; ++i) {
+        AppendLine(i, out);
+        out += QLatin1Char('\n');
+    }
+    return out;
 }
 
 int64_t DataList::MedianLine() const {

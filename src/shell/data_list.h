@@ -25,6 +25,12 @@ public:
     QString Line(int64_t line) const;
     // Line's text appended to out: no text of its own for each of a million lines.
     void AppendLine(int64_t line, QString &out) const;
+    // The same with the date column padded to DateWidth(), as the list window shows it
+    // so the figures stand in columns whatever the hour; the text saved keeps its own.
+    void AppendPaddedLine(int64_t line, QString &out) const;
+    int DateWidth() const;
+    // Lines first..last (both included) as the saved text has them, one "\n" after each.
+    QString Text(int64_t first, int64_t last) const;
     // The line of the median's row, or -1.
     int64_t MedianLine() const;
     // The line of sample s (1-based) in the order by time.
@@ -38,7 +44,7 @@ public:
 
 private:
     template <class Out>  // QString, or QByteArray in the files' code page
-    void AppendRow(int32_t position, Out &out) const;
+    void AppendRow(int32_t position, Out &out, int pad = 0) const;
     int32_t count_ = 0;
     double start_ = 0;
     int32_t step_ = 0;
@@ -54,6 +60,7 @@ private:
     bool chronological_;
     mutable DateTexts dates_;
     FixedNumber number_{1, 2};
+    mutable int dateWidth_ = -1;
 };
 
 // Saves the list's plain text under path, replacing it (the list window's save).

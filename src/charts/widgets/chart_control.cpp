@@ -6,6 +6,7 @@
 #include "core/safe_file.h"
 
 #include <qcustomplot.h>
+#include <QImage>
 #include <QPdfWriter>
 #include <QSvgGenerator>
 #include <QVBoxLayout>
@@ -374,8 +375,17 @@ bool ChartControl::Export(const QString &file, int width, int height) {
     });
 }
 
+// An image of exactly the size asked for, whatever the screen's pixel ratio: a window
+// pixmap would take the ratio of the screen it was made for.
 bool ChartControl::Raster(QIODevice &out, int width, int height, const char *format, int quality) {
-    return plot_->toPixmap(width, height, 1.0).save(&out, format, quality);
+    QImage image(width, height, QImage::Format_RGB32);
+    image.setDevicePixelRatio(1);
+    image.fill(Qt::white);
+    QCPPainter painter;
+    if (!painter.begin(&image)) return false;
+    plot_->toPainter(&painter, width, height);
+    painter.end();
+    return image.save(&out, format, quality);
 }
 
 // Each format is drawn into memory and written by the safe writer, so a failure never

@@ -11,6 +11,8 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -22,20 +24,50 @@ QToolBar *ChartToolbar(QWidget *form, std::function<void()> save) {
     bar->setIconSize(QSize(18, 18));
     bar->addAction(ToolbarImage(2), ResString(4142), form, std::move(save));
     bar->addAction(ToolbarImage(4), ResString(4143))->setEnabled(false);  // printing comes later
-    bar->addAction(QIcon(MessageImage(0, 18)), ResString(4144), form, [form] {
+    bar->addAction(MessageIcon(0), ResString(4144), form, [form] {
         if (form->parentWidget()) form->parentWidget()->close();
     });
     return bar;
 }
 
+namespace {
+// The toolbar and panel at the width their texts need in the language on show; a
+// window too low for them scrolls them rather than pressing them together.
+class SideScroll : public QScrollArea {
+public:
+    using QScrollArea::QScrollArea;
+    QSize sizeHint() const override {
+        const QSize inner = widget() ? widget()->sizeHint() : QSize();
+        return {inner.width() + Extra(), inner.height() + 2 * frameWidth()};
+    }
+    QSize minimumSizeHint() const override {
+        const QSize inner = widget() ? widget()->minimumSizeHint() : QSize();
+        return {inner.width() + Extra(), std::min(inner.height(), 120)};
+    }
+
+private:
+    int Extra() const { return 2 * frameWidth() + verticalScrollBar()->sizeHint().width(); }
+};
+}  // namespace
+
 void LayOutChartWindow(QWidget *form, QWidget *chart, QToolBar *toolbar, QWidget *panel) {
-    auto *right = new QVBoxLayout;
+    auto *side = new QWidget;
+    side->setObjectName(QStringLiteral("side"));
+    auto *right = new QVBoxLayout(side);
+    right->setContentsMargins(0, 0, 0, 0);
     right->addWidget(toolbar);
     right->addWidget(panel, 1);
+    auto *scroll = new SideScroll(form);
+    scroll->setObjectName(QStringLiteral("sideScroll"));
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setWidgetResizable(true);
+    scroll->setWidget(side);
+    scroll->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     auto *lay = new QHBoxLayout(form);
     lay->setContentsMargins(2, 2, 2, 2);
     lay->addWidget(chart, 1);
-    lay->addLayout(right);
+    lay->addWidget(scroll);
 }
 
 TraceKey AddTraceKey(QGridLayout *grid, QWidget *panel, int k, QColor color, int tag, const char *caption) {

@@ -40,7 +40,6 @@ frmGraphRf::frmGraphRf(QWidget *parent) : QWidget(parent) {
     SetTag(this, 4205);
     teeEvolution = new ChartControl(this);
     auto *panel = Tagged<QGroupBox>(this, "Chart Control", 4009);
-    panel->setFixedWidth(250);  // room for "RF Field [V/m]" beside its box
     auto *g = new QGridLayout(panel);
     const TraceKey key = AddTraceKey(g, panel, 0, FromBgr(Options().ColorTrace1), 4206, "RF Field [V/m]");
     Linea = key.line;

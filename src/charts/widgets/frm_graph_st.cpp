@@ -49,7 +49,7 @@ QString LimitText(float value) {
 QToolButton *SpinButton(QWidget *parent, Qt::ArrowType arrow) {
     auto *b = new QToolButton(parent);
     b->setArrowType(arrow);
-    b->setFixedSize(16, 11);
+    b->setFixedSize(b->minimumSizeHint().expandedTo(QSize(16, 11)));  // never narrower than its arrow
     b->setAutoRepeat(true);
     return b;
 }
@@ -60,7 +60,6 @@ frmGraphSt::frmGraphSt(QWidget *parent) : QWidget(parent) {
     SetTag(this, 4008);
     teeStatistics = new ChartControl(this);
     auto *panel = Tagged<QGroupBox>(this, "Chart Control", 4009);
-    panel->setFixedWidth(190);
     auto *g = new QGridLayout(panel);
     lblText[0] = Tagged<QLabel>(panel, "Minimo", 4010);
     lblText[1] = Tagged<QLabel>(panel, "Massimo", 4011);

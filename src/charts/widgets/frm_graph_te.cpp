@@ -49,7 +49,6 @@ frmGraphTe::frmGraphTe(QWidget *parent) : QWidget(parent) {
     SetTag(this, 4014);
     teeEvolution = new ChartControl(this);
     auto *panel = Tagged<QGroupBox>(this, "Chart Control", 4009);
-    panel->setFixedWidth(230);
     auto *g = new QGridLayout(panel);
     for (int k = 0; k < 4; ++k) {
         const TraceKey key = AddTraceKey(g, panel, k, FromBgr(TraceColor(k)));

@@ -1,5 +1,6 @@
 #include "core/widgets/icons.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <QSvgRenderer>
 
@@ -14,16 +15,24 @@ static void InitIconResources() {
 
 namespace fm {
 namespace {
+// Drawn at the screen's pixel ratio, so a picture stays sharp on a HiDPI screen while
+// it keeps its size in the layout.
 QPixmap Render(const QString &path, QSize size) {
     InitIconResources();
     QSvgRenderer svg(path);
-    QPixmap pm(size);
+    const qreal ratio = qGuiApp ? qGuiApp->devicePixelRatio() : 1.0;
+    QPixmap pm(size * ratio);
+    pm.setDevicePixelRatio(ratio);
     pm.fill(Qt::transparent);
     if (svg.isValid()) {
         QPainter p(&pm);
-        svg.render(&p);
+        svg.render(&p, QRectF(QPointF(0, 0), QSizeF(size)));  // in the painter's logical units
     }
     return pm;
+}
+QString MessagePath(int icon) {
+    static const char *names[] = {"error", "warning", "info"};
+    return QStringLiteral(":/icons/message/%1.svg").arg(QLatin1String(names[qBound(0, icon, 2)]));
 }
 } // namespace
 
@@ -36,10 +45,13 @@ QPixmap StatusImage(int index, int px) {
     return Render(QStringLiteral(":/icons/status/%1.svg").arg(index), QSize(px, px));
 }
 
+QIcon MessageIcon(int icon) {
+    InitIconResources();
+    return QIcon(MessagePath(icon));
+}
+
 QPixmap MessageImage(int icon, int px) {
-    static const char *names[] = {"error", "warning", "info"};
-    return Render(QStringLiteral(":/icons/message/%1.svg").arg(QLatin1String(names[qBound(0, icon, 2)])),
-                  QSize(px, px));
+    return Render(MessagePath(icon), QSize(px, px));
 }
 
 QPixmap InfoImage(const char *name, int px) {

@@ -46,7 +46,9 @@ uint32_t TraceColor(int k) {
 }
 
 QPixmap StatePicture(bool running) {
-    QPixmap p(20, 20);
+    const qreal ratio = qGuiApp->devicePixelRatio();  // sharp on a HiDPI screen
+    QPixmap p(QSize(20, 20) * ratio);
+    p.setDevicePixelRatio(ratio);
     p.fill(Qt::transparent);
     QPainter g(&p);
     g.setRenderHint(QPainter::Antialiasing);
@@ -68,7 +70,10 @@ VectorSurface::VectorSurface(QWidget *parent) : QWidget(parent) {
 
 void VectorSurface::PreparaDisegno() {
     TrapVoid("PreparaDisegno", [this] {
-        fixed_ = QPixmap(std::max(1, width()), std::max(1, height()));
+        // At the widget's pixel ratio: drawn over 1:1, its lines and letters stay sharp.
+        const qreal ratio = devicePixelRatioF();
+        fixed_ = QPixmap(QSize(std::max(1, width()), std::max(1, height())) * ratio);
+        fixed_.setDevicePixelRatio(ratio);
         fixed_.fill(Qt::white);
         QPainter g(&fixed_);
         g.setPen(QPen(Qt::black, 1));
@@ -147,7 +152,7 @@ frmView::frmView(QWidget *parent) : QWidget(parent) {
     cg->addWidget(chkAxisType, 4, 0, 1, 3);
     cg->addWidget(chkBeeper, 5, 0, 1, 3);
     cg->setRowStretch(6, 1);
-    control->setFixedWidth(260);
+    control->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);  // as wide as its texts
 
     btnStartRealTime = Tagged<QPushButton>(this, "Start Real Time", 4082);
     btnStopRealTime = Tagged<QPushButton>(this, "Stop Real Time", 4077);
@@ -160,13 +165,14 @@ frmView::frmView(QWidget *parent) : QWidget(parent) {
     buttons->addStretch(1);
 
     Disegno = new VectorSurface(this);
+    Disegno->setMinimumSize(300, 300);  // the vector stays readable
     auto *scale = new QVBoxLayout;
     scale->setSpacing(1);
     scale->addWidget(new QLabel(QStringLiteral("T/div"), this), 0, Qt::AlignHCenter);
     for (int i = 0; i < 9; ++i) {
         auto *b = new QPushButton(QLatin1String(kScaleCaptions[size_t(i)]), this);
         b->setCheckable(true);
-        b->setFixedSize(40, 22);
+        b->setFixedSize(b->minimumSizeHint().expandedTo(QSize(40, 22)));  // room for its caption
         connect(b, &QPushButton::clicked, this, [this, i] { MoltButton_Click(i); });
         scale->addWidget(b);
         MoltButton[size_t(i)] = b;
@@ -387,8 +393,13 @@ QMdiSubWindow *ShowRealTimeView() {
             m->mdiArea->setActiveSubWindow(w);
             return w;
         }
-    QMdiSubWindow *w = AddView(new frmView, 6, QSize(760, 560));
+    // The drawing is the point of the window: it opens on as much of the area as it can
+    // use, never smaller than all its controls need.
+    auto *form = new frmView;
+    const QSize room = m->mdiArea->size().boundedTo(QSize(1180, 860));
+    QMdiSubWindow *w = AddView(form, 6, room.expandedTo(QSize(760, 560)));
     w->move(0, 0);
+    KeepInside(w);
     return w;
 }
 }  // namespace fm

@@ -19,6 +19,7 @@
 #include "monitor/widgets/frm_monitor.h"
 #include "shell/file_folders.h"
 #include "shell/widgets/frm_about.h"
+#include "shell/widgets/edit_keys.h"
 #include "shell/widgets/frm_date.h"
 #include "shell/widgets/frm_help.h"
 #include "shell/widgets/frm_info.h"
@@ -80,11 +81,16 @@ frmMain *MainForm() { return g_main; }
 frmMain::frmMain() : DockControl_(this) {
     g_main = this;
     setObjectName(QStringLiteral("frmMain"));
+    qApp->installEventFilter(new EditKeys(this));
     setWindowTitle(QStringLiteral("Fluxmere"));
     SetTag(this, 4037);
     mdiArea = new QMdiArea(this);
     mdiArea->setObjectName(QStringLiteral("mdiArea"));
     mdiArea->setBackground(QColor(0x8a, 0x94, 0xa0));
+    // A view that cannot be narrower than its controls may be wider than the area
+    // (a small screen, a large text scale): the area scrolls to it.
+    mdiArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    mdiArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setCentralWidget(mdiArea);
     // Four fifths of the screen's free area, centred: any fixed size is cramped on a
     // large screen and runs off a small one.

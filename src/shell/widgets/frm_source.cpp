@@ -40,7 +40,7 @@ frmSource::frmSource(QWidget *parent) : QWidget(parent) {
     btnSave = tbrGraphSrc->addAction(ToolbarImage(2), ResString(4147), this, &frmSource::SaveList);
     btnPrint = tbrGraphSrc->addAction(ToolbarImage(4), ResString(4148));
     btnPrint->setEnabled(false);  // printing comes with its own work
-    btnClose = tbrGraphSrc->addAction(QIcon(MessageImage(0, 18)), ResString(4149), this, [this] {
+    btnClose = tbrGraphSrc->addAction(MessageIcon(0), ResString(4149), this, [this] {
         if (parentWidget()) parentWidget()->close();
     });
     tbrGraphSrc->addSeparator();

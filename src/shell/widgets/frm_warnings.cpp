@@ -29,7 +29,7 @@ frmWarnings::frmWarnings(QWidget *parent) : QWidget(parent) {
 void frmWarnings::AddString(const QString &text, int level) {
     auto *item = new QTreeWidgetItem(trwWarning, QStringList{text});
     // Level 2 is information, 3 something to look at.
-    item->setIcon(0, QIcon(MessageImage(level >= 3 ? 1 : 2, 16)));
+    item->setIcon(0, MessageIcon(level >= 3 ? 1 : 2));
 }
 
 void frmWarnings::Refresh() {

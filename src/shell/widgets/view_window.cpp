@@ -16,6 +16,8 @@ QMdiSubWindow *AddView(QWidget *form, int icon, QSize size) {
     w->setWindowIcon(ToolbarImage(icon));
     w->resize(size);
     w->show();
+    // A window never narrower than its controls: arranged or made small, it grows instead.
+    w->setMinimumSize(w->minimumSizeHint());
     // The area placed the window for the size it had before: larger now, it may reach
     // past the edges of what shows.
     KeepInside(w);

@@ -126,7 +126,7 @@ private slots:
         QCOMPARE(Open(m).size(), size_t(3));
         // Each where the person dragged it.
         const std::map<int, QRect> where{
-            {13, QRect(10, 10, 700, 380)}, {14, QRect(720, 10, 420, 380)}, {15, QRect(60, 400, 900, 300)}};
+            {13, QRect(10, 10, 640, 380)}, {14, QRect(660, 10, 480, 380)}, {15, QRect(60, 400, 900, 300)}};
         for (auto &[b, w] : Open(m)) w->setGeometry(where.at(b));
         m->mdiArea->setActiveSubWindow(Open(m).at(13));  // a click on the chart's title
         Shot(m, "three_views");
