@@ -216,12 +216,9 @@ bool DownloadSurveyorData() {
             CalculateMediana();
             GenerateWarnings();
         }
-        for (int b : {3, 4, 15, 14, 13}) Host().SetButtonEnabled(b, true);
+        EnableDataButtons();
         Host().UpdateInfo();
-        if (Options().ShowWarnings) {
-            Host().ShowWarnings();
-            Host().SetButtonValue(19, 1);
-        }
+        ShowWarningsIfWanted();
         return true;
     });
     if (waiting) Host().WaitHide();

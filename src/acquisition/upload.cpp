@@ -50,7 +50,7 @@ bool UploadData() {
         Data().DataFile.clear();
         Data().DataIsCsv = false;
         Host().UpdateInfo();
-        for (int b : {3, 4, 15, 14, 13}) Host().SetButtonEnabled(b, true);
+        EnableDataButtons();
         return true;
     });
 }
@@ -112,10 +112,7 @@ bool SplitUploadData() {
         CalculateStats(QStringLiteral("Data"));
         CalculateMediana();
         GenerateWarnings();
-        if (Options().ShowWarnings) {
-            Host().ShowWarnings();
-            Host().SetButtonValue(19, 1);
-        }
+        ShowWarningsIfWanted();
         Host().WaitHide();
         Host().DoEvents();
         return true;

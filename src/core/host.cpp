@@ -1,5 +1,6 @@
 #include "core/host.h"
 
+#include "core/options.h"
 #include "core/regional.h"
 
 #include <cstdio>
@@ -48,4 +49,13 @@ UiHost &Host() {
 
 void SetHost(UiHost *host) { g_host = host; }
 
+void EnableDataButtons() {
+    for (int b : {3, 4, 15, 14, 13}) Host().SetButtonEnabled(b, true);
+}
+
+void ShowWarningsIfWanted() {
+    if (!Options().ShowWarnings) return;
+    Host().ShowWarnings();
+    Host().SetButtonValue(19, 1);
+}
 } // namespace fm

@@ -90,6 +90,11 @@ private:
 };
 
 UiHost &Host();
+
+// What every filler of the data set does once new data is in: the data buttons (3, 4, 13,
+// 14, 15) come on, and the findings show when the options ask for them.
+void EnableDataButtons();
+void ShowWarningsIfWanted();
 // Installs the host; nullptr goes back to a QuietHost. The caller keeps ownership.
 void SetHost(UiHost *host);
 

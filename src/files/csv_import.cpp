@@ -218,11 +218,8 @@ bool Read(const QString &fileName, int *refusal) {
     CalculateStats(QStringLiteral("Data"));
     Host().UpdateInfo();
     GenerateWarnings();
-    if (Options().ShowWarnings) {
-        Host().ShowWarnings();
-        Host().SetButtonValue(19, 1);
-    }
-    for (int b : {3, 4, 15, 14, 13}) Host().SetButtonEnabled(b, true);
+    ShowWarningsIfWanted();
+    EnableDataButtons();
     return true;
 }
 }  // namespace

@@ -241,11 +241,8 @@ bool Load(const QString &fileName) {
     CalculateMediana();
     Host().UpdateInfo();
     GenerateWarnings();
-    if (Options().ShowWarnings) {
-        Host().ShowWarnings();
-        Host().SetButtonValue(19, 1);
-    }
-    for (int b : {3, 4, 15, 14, 13}) Host().SetButtonEnabled(b, true);
+    ShowWarningsIfWanted();
+    EnableDataButtons();
     return true;
 }
 
