@@ -1,12 +1,12 @@
 // Reading a "File Centralina" file of 1,000,000 records (about 45 MB).
 // Target: at most 400 ms and 200 MB of peak resident memory (run it alone:
 // --benchmark_filter=OpenCsv, since the peak is the process's).
+#include "bench_support.h"
 #include "core/data_set.h"
 #include "core/host.h"
 #include "files/log_file.h"
 
 #include <benchmark/benchmark.h>
-#include <sys/resource.h>
 #include <QFile>
 #include <QTemporaryDir>
 #include <cmath>
@@ -45,24 +45,18 @@ const QString &BigCsv() {
     }();
     return path;
 }
-
-long PeakRssMb() {
-    rusage u{};
-    getrusage(RUSAGE_SELF, &u);
-    return u.ru_maxrss / 1024;
-}
 }  // namespace
 
 static void BM_OpenCsv_1M(benchmark::State &state) {
     fm::QuietHost host;
     fm::SetHost(&host);
     const QString &path = BigCsv();
-    const long before = PeakRssMb();
+    const long before = bench::PeakRssMb();
     for (auto _ : state) {
         fm::Data() = fm::MeasurementData{};
         if (!fm::LoadFile(path)) state.SkipWithError("load failed");
     }
-    state.counters["peak_rss_MB"] = double(PeakRssMb());
+    state.counters["peak_rss_MB"] = double(bench::PeakRssMb());
     state.counters["rss_before_MB"] = double(before);
     state.counters["file_MB"] = double(QFile(path).size()) / (1 << 20);
     fm::SetHost(nullptr);

@@ -2,23 +2,13 @@
 // must refuse or take them without reading past what arrived.
 #include "acquisition/upload.h"
 #include "core/data_set.h"
-#include "core/host.h"
+#include "fuzz_support.h"
 #include "link/packet.h"
 
 #include <cstdint>
 
-namespace {
-class Silent : public fm::QuietHost {
-public:
-    bool MessBox(const QString &, const QString &, int, int) override { return false; }
-    bool SystemBox(const QString &, const QString &, fm::SystemBoxKind) override { return false; }
-};
-Silent g_host;
-} // namespace
-
 extern "C" int LLVMFuzzerInitialize(int *, char ***) {
-    fm::SetHost(&g_host);
-    fm::InitVariabili();
+    fuzz::SetUp();
     return 0;
 }
 

@@ -2,17 +2,11 @@
 // never read past what arrived, and leave the count and the arrays agreeing.
 #include "acquisition/surveyor.h"
 #include "core/data_set.h"
-#include "core/host.h"
+#include "fuzz_support.h"
 
 #include <cstdint>
 
 namespace {
-class Silent : public fm::QuietHost {
-public:
-    bool MessBox(const QString &, const QString &, int, int) override { return false; }
-    bool SystemBox(const QString &, const QString &, fm::SystemBoxKind) override { return false; }
-};
-Silent g_host;
 
 void Check() {
     const fm::MeasurementData &d = fm::Data();
@@ -26,8 +20,7 @@ void Check() {
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***) {
-    fm::SetHost(&g_host);
-    fm::InitVariabili();
+    fuzz::SetUp();
     return 0;
 }
 

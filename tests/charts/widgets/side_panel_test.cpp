@@ -11,6 +11,7 @@
 #include "shell/widgets/main_entry.h"
 #include "shell/widgets/view_window.h"
 #include "support/modal.h"
+#include "support/day_window.h"
 #include "support/test_env.h"
 
 #include <unistd.h>
@@ -65,16 +66,8 @@ class SidePanelTest : public QObject {
 
 private slots:
     void initTestCase() {
-        SetWritableDir(dir_.path());
-        pty_ = test::LinkPtyAsCom1(dir_.path());
-        QVERIFY(pty_ >= 0);
-        Data() = MeasurementData{};
-        const QString log = dir_.filePath(QStringLiteral("day.log"));
-        test::WriteDayLog(log, 144);
-        QVERIFY(StartUp(0, {QStringLiteral("-L"), log}));
-        main_ = MainForm();
+        main_ = test::StartOnDayLog(dir_.path(), &pty_, {1280, 800});
         QVERIFY(main_);
-        main_->resize(1280, 800);
     }
     void cleanupTestCase() {
         Data().DataSaved = true;

@@ -16,6 +16,7 @@
 #include "shell/widgets/main_entry.h"
 #include "support/keys.h"
 #include "support/modal.h"
+#include "support/day_window.h"
 #include "support/test_env.h"
 
 #include <fcntl.h>
@@ -69,16 +70,8 @@ class StatsChartTest : public QObject {
 
 private slots:
     void initTestCase() {
-        SetWritableDir(dir_.path());
-        pty_ = test::LinkPtyAsCom1(dir_.path());
-        QVERIFY(pty_ >= 0);
-        Data() = MeasurementData{};
-        const QString log = dir_.filePath(QStringLiteral("day.log"));
-        test::WriteDayLog(log, 144);
-        QVERIFY(StartUp(0, {QStringLiteral("-L"), log}));
-        main_ = MainForm();
+        main_ = test::StartOnDayLog(dir_.path(), &pty_, {1200, 760});
         QVERIFY(main_);
-        main_->resize(1200, 760);
         main_->show();
         main_->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(main_));  // focus events need an active window

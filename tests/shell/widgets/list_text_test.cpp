@@ -11,6 +11,7 @@
 #include "shell/widgets/frm_source.h"
 #include "shell/widgets/main_entry.h"
 #include "shell/widgets/source_view.h"
+#include "support/day_window.h"
 #include "support/test_env.h"
 
 #include <unistd.h>
@@ -58,16 +59,8 @@ class ListTextTest : public QObject {
 
 private slots:
     void initTestCase() {
-        SetWritableDir(dir_.path());
-        pty_ = test::LinkPtyAsCom1(dir_.path());
-        QVERIFY(pty_ >= 0);
-        Data() = MeasurementData{};
-        const QString log = dir_.filePath(QStringLiteral("day.log"));
-        test::WriteDayLog(log, 144);  // ten-minute steps from 8 in the morning round the clock
-        QVERIFY(StartUp(0, {QStringLiteral("-L"), log}));
-        main_ = MainForm();
+        main_ = test::StartOnDayLog(dir_.path(), &pty_, {1200, 860});
         QVERIFY(main_);
-        main_->resize(1200, 860);
         main_->show();
         QMdiSubWindow *w = ViewDataSource(true);
         QVERIFY(w);
