@@ -14,15 +14,9 @@
 #include <QElapsedTimer>
 
 using namespace fm;
+using test::SampleText;
 
 namespace {
-QString SampleText(const MeasurementData &d, int i) {
-    return QStringLiteral("%1 %2 %3")
-        .arg(d.DataX[size_t(i)], 0, 'f', 2)
-        .arg(d.DataY[size_t(i)], 0, 'f', 2)
-        .arg(d.DataZ[size_t(i)], 0, 'f', 2);
-}
-
 class SurveyorSimTest : public ::testing::Test {
 protected:
     void TearDown() override { Seriale().SetPortOpen(false); }

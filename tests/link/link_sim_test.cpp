@@ -28,16 +28,9 @@
 #include <QThread>
 
 using namespace fm;
+using test::SampleText;
 
 namespace {
-// A sample as the simulator's dump writes it.
-QString SampleText(const MeasurementData &d, int i) {
-    return QStringLiteral("%1 %2 %3")
-        .arg(d.DataX[size_t(i)], 0, 'f', 2)
-        .arg(d.DataY[size_t(i)], 0, 'f', 2)
-        .arg(d.DataZ[size_t(i)], 0, 'f', 2);
-}
-
 using test::RunEvents;
 using test::Simulator;
 

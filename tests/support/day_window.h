@@ -7,6 +7,8 @@
 #include "shell/widgets/main_entry.h"
 #include "support/test_env.h"
 
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QSize>
 
 namespace fm::test {
@@ -20,5 +22,13 @@ inline frmMain *StartOnDayLog(const QString &dir, int *pty, QSize size) {
     if (!StartUp(0, {QStringLiteral("-L"), log})) return nullptr;
     if (frmMain *m = MainForm()) m->resize(size);
     return MainForm();
+}
+
+// The view of that kind standing open; one closed and waiting to be deleted is not it.
+template <class Form>
+Form *Shown(frmMain *m) {
+    for (QMdiSubWindow *w : m->mdiArea->subWindowList())
+        if (auto *f = qobject_cast<Form *>(w->widget()); f && w->isVisible()) return f;
+    return nullptr;
 }
 }  // namespace fm::test

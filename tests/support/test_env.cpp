@@ -120,4 +120,10 @@ int LinkPtyAsCom1(const QString &dir) {
     return fd;
 }
 
+QString SampleText(const MeasurementData &d, int i) {
+    return QStringLiteral("%1 %2 %3")
+        .arg(d.DataX[size_t(i)], 0, 'f', 2)
+        .arg(d.DataY[size_t(i)], 0, 'f', 2)
+        .arg(d.DataZ[size_t(i)], 0, 'f', 2);
+}
 }  // namespace fm::test

@@ -6,6 +6,10 @@
 #include <QTemporaryDir>
 #include <functional>
 
+namespace fm {
+struct MeasurementData;
+}
+
 namespace fm::test {
 
 // Gives the data set, the options, the shared variables and the warnings their
@@ -57,6 +61,8 @@ QByteArray LogText(const QStringList &lines);
 // A log of `samples` ten-minute samples of a slowly turning field from 14/10/2026 08:00;
 // the sample at index `gap` has no data.
 void WriteDayLog(const QString &path, int samples, int gap = -1);
+// Sample i as the simulators' dumps write it: "x y z" with two decimals.
+QString SampleText(const MeasurementData &d, int i);
 
 // A pseudo-terminal linked as "com1" in `dir`, so that the windows' port opens alike on
 // every machine. Returns its master side, or -1.

@@ -12,6 +12,7 @@
 #include "shell/widgets/main_entry.h"
 #include "shell/widgets/source_view.h"
 #include "support/modal.h"
+#include "support/day_window.h"
 #include "support/test_env.h"
 
 #include <qcustomplot.h>
@@ -75,11 +76,7 @@ class ChartLinkTest : public QObject {
 
     // The view on screen: a window closed by a load may wait a moment to be deleted.
     template <class Form>
-    Form *Shown() {
-        for (QMdiSubWindow *w : m_->mdiArea->subWindowList())
-            if (auto *f = qobject_cast<Form *>(w->widget()); f && w->isVisible()) return f;
-        return nullptr;
-    }
+    Form *Shown() { return test::Shown<Form>(m_); }
     frmGraphTe *Chart() { return Shown<frmGraphTe>(); }
     frmSource *List() { return Shown<frmSource>(); }
     ChartControl *Plot() { return Chart()->teeEvolution; }

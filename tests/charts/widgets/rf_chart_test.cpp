@@ -15,6 +15,7 @@
 #include "shell/widgets/main_entry.h"
 #include "shell/widgets/source_view.h"
 #include "support/modal.h"
+#include "support/day_window.h"
 #include "support/test_env.h"
 
 #include <qcustomplot.h>
@@ -56,11 +57,7 @@ class RfChartTest : public QObject {
     frmMain *m_ = nullptr;
 
     template <class Form>
-    Form *Shown() {
-        for (QMdiSubWindow *w : m_->mdiArea->subWindowList())
-            if (auto *f = qobject_cast<Form *>(w->widget()); f && w->isVisible()) return f;
-        return nullptr;
-    }
+    Form *Shown() { return test::Shown<Form>(m_); }
     ChartControl *Rf() { return Shown<frmGraphRf>()->teeEvolution; }
     frmSource *List() { return Shown<frmSource>(); }
     int64_t Selected() { return List()->txtSource->CurrentLine(); }

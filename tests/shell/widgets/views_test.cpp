@@ -16,6 +16,7 @@
 #include "shell/widgets/main_entry.h"
 #include "shell/widgets/source_view.h"
 #include "support/modal.h"
+#include "support/day_window.h"
 #include "support/test_env.h"
 
 #include <unistd.h>
@@ -72,11 +73,7 @@ class ViewsTest : public QObject {
     // The view windows standing open, by their button; a window closed and waiting to be
     // deleted is not among them.
     template <class Form>
-    static Form *Shown(frmMain *m) {
-        for (QMdiSubWindow *w : m->mdiArea->subWindowList())
-            if (auto *f = qobject_cast<Form *>(w->widget()); f && w->isVisible()) return f;
-        return nullptr;
-    }
+    static Form *Shown(frmMain *m) { return test::Shown<Form>(m); }
     static std::map<int, QMdiSubWindow *> Open(frmMain *m) {
         std::map<int, QMdiSubWindow *> open;
         for (QMdiSubWindow *w : m->mdiArea->subWindowList())
