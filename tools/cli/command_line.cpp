@@ -61,6 +61,11 @@ const std::vector<Command> &Commands() {
           Opt("max", "the statistics chart's highest class limit", "B"),
           Opt("classes", "the statistics chart's classes, 3 to 11", "N"),
           Opt("o", "the image to write", "OUT")}},
+        {"print",
+         "FILE --kind time|stats|rf|list [--landscape] -o OUT.pdf",
+         "the page the print button gives (a chart, or the data list by time), as an A4 PDF",
+         {Opt("kind", "time, stats, rf or list", "time|stats|rf|list"),
+          Opt("landscape", "landscape pages (portrait without it)"), Opt("o", "the PDF to write", "OUT")}},
         {"recover",
          "FILE",
          "count the complete lines of a real-time log left open by a crash or a power cut, and close it so "

@@ -21,6 +21,8 @@ struct ChartLimits {
     int classes = 0;
 };
 int Chart(const QString &in, const QString &kind, const ChartLimits &limits, const QString &out);
+// The printed pages of a chart ("time", "stats", "rf") or of the data list ("list"), as a PDF.
+int Print(const QString &in, const QString &kind, bool landscape, const QString &out);
 int Status(const QString &port, bool json);
 int ReadCodes(const QString &port, bool json);
 int WriteCodes(const QString &port, const QString &shortId, const QString &longId);

@@ -63,6 +63,14 @@ int Run(const cli::CommandLine &cl) {
             return usage("--min, --max and --classes belong to the statistics chart");
         return cli::Chart(rest[0], kind, limits, cl.Value("o"));
     }
+    if (is("print")) {
+        const QString kind = cl.Value("kind");
+        if (rest.size() != 1 || cl.Value("o").isEmpty()) return usage("print takes FILE, --kind and -o OUT.pdf");
+        if (!QStringList{QStringLiteral("time"), QStringLiteral("stats"), QStringLiteral("rf"), QStringLiteral("list")}
+                 .contains(kind))
+            return usage("--kind takes time, stats, rf or list");
+        return cli::Print(rest[0], kind, cl.IsSet("landscape"), cl.Value("o"));
+    }
     if (is("recover")) {
         if (rest.size() != 1) return usage("recover takes one file");
         return cli::Recover(rest[0]);
@@ -100,7 +108,7 @@ int main(int argc, char **argv) {
     std::signal(SIGXFSZ, SIG_IGN);
     // Charts are drawn by widgets, off any screen: no display is needed.
     const bool charts =
-        std::any_of(argv + 1, argv + argc, [](const char *a) { return std::strcmp(a, "chart") == 0; });
+        std::any_of(argv + 1, argv + argc, [](const char *a) { return std::strcmp(a, "chart") == 0 || std::strcmp(a, "print") == 0; });
     if (charts && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     std::unique_ptr<QCoreApplication> app =
         charts ? std::make_unique<QApplication>(argc, argv) : std::make_unique<QCoreApplication>(argc, argv);

@@ -427,4 +427,57 @@ void ChartControl::ExportAs(const QString &file, int width, int height) {
     }
 }
 
+namespace {
+// The chart's fonts in pixels while it is drawn on a page: a font in points grows with the
+// device's resolution on top of the painter's scale, and would no longer fit the layout.
+class PixelFonts {
+public:
+    explicit PixelFonts(QCustomPlot *plot) {
+        for (QCPAxis *axis : plot->axisRect()->axes()) {
+            Keep(axis, &QCPAxis::labelFont, &QCPAxis::setLabelFont);
+            Keep(axis, &QCPAxis::tickLabelFont, &QCPAxis::setTickLabelFont);
+        }
+        Keep(plot->legend, &QCPLegend::font, &QCPLegend::setFont);
+        for (int i = 0; i < plot->legend->itemCount(); ++i)
+            Keep(plot->legend->item(i), &QCPAbstractLegendItem::font, &QCPAbstractLegendItem::setFont);
+        for (int i = 0; i < plot->plotLayout()->elementCount(); ++i)
+            if (auto *text = qobject_cast<QCPTextElement *>(plot->plotLayout()->elementAt(i)))
+                Keep(text, &QCPTextElement::font, &QCPTextElement::setFont);
+    }
+    ~PixelFonts() {
+        for (auto &undo : undo_) undo();
+    }
+
+private:
+    template <class T>
+    void Keep(T *owner, QFont (T::*get)() const, void (T::*set)(const QFont &)) {
+        const QFont old = (owner->*get)();
+        if (old.pointSizeF() <= 0) return;
+        QFont pixels = old;
+        pixels.setPixelSize(std::max(1, int(std::lround(old.pointSizeF() * 96 / 72))));
+        (owner->*set)(pixels);
+        undo_.push_back([owner, set, old] { (owner->*set)(old); });
+    }
+    std::vector<std::function<void()>> undo_;
+};
+}  // namespace
+
+void ChartControl::DrawForPrint(QCPPainter &painter, const QRectF &rect, QSize minimum) {
+    WithoutCross([&] {
+        const double scale = std::min(rect.width() / minimum.width(), rect.height() / minimum.height());
+        if (!(scale > 0)) return false;
+        PixelFonts fonts(plot_);
+        painter.save();
+        painter.setClipRect(rect);
+        painter.translate(rect.topLeft());
+        painter.scale(scale, scale);
+        painter.setMode(QCPPainter::pmVectorized);
+        painter.setMode(QCPPainter::pmNoCaching);
+        painter.setMode(QCPPainter::pmNonCosmetic);  // a hairline would vanish at 1200 dpi
+        plot_->toPainter(&painter, int(rect.width() / scale), int(rect.height() / scale));
+        painter.restore();
+        return true;
+    });
+}
+
 }  // namespace fm

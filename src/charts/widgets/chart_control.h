@@ -3,6 +3,8 @@
 // (line, bars, fast line), points with a label each and null points that break a line,
 // axis settings, a title, zoom, point positions, and export.
 #include <QColor>
+#include <QRectF>
+#include <QSize>
 #include <QString>
 #include <QWidget>
 #include <functional>
@@ -11,6 +13,7 @@
 
 class QCustomPlot;
 class QCPAbstractPlottable;
+class QCPPainter;
 class QCPItemStraightLine;
 class QCPTextElement;
 class QIODevice;
@@ -79,6 +82,11 @@ public:
     // is reported with its cause and the file stays as it was.
     bool ExportJpeg(const QString &file, int width, int height, int quality);
     bool Export(const QString &file, int width, int height);
+
+    // Draws the chart into `rect` of a page (device units), laid out as on a screen of at
+    // least `minimum` pixels and scaled up to fill it: fonts and lines keep their share of
+    // the chart at any resolution. The cross is left out.
+    void DrawForPrint(QCPPainter &painter, const QRectF &rect, QSize minimum);
 
     QCustomPlot *Plot() const { return plot_; }
 

@@ -6,6 +6,8 @@
 #include "core/regional.h"
 #include "core/widgets/icons.h"
 #include "core/widgets/set_up_form.h"
+#include "core/fault.h"
+#include "printing/widgets/print_chart.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -19,11 +21,14 @@
 #include <cmath>
 
 namespace fm {
-QToolBar *ChartToolbar(QWidget *form, std::function<void()> save) {
+QToolBar *ChartToolbar(QWidget *form, std::function<void()> save, const char *kind) {
     auto *bar = new QToolBar(form);
     bar->setIconSize(QSize(18, 18));
     bar->addAction(ToolbarImage(2), ResString(4142), form, std::move(save));
-    bar->addAction(ToolbarImage(4), ResString(4143))->setEnabled(false);  // printing comes later
+    // A fault in printing ends at the toolbar, as any of its commands.
+    bar->addAction(ToolbarImage(4), ResString(4143), form, [kind] {
+        TrapVoid("tbrGraph_ButtonClick", [kind] { PrintChart(ChartPrintTitle(), QString::fromLatin1(kind)); });
+    });
     bar->addAction(MessageIcon(0), ResString(4144), form, [form] {
         if (form->parentWidget()) form->parentWidget()->close();
     });

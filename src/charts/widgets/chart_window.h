@@ -13,8 +13,9 @@ class QToolBar;
 class QWidget;
 
 namespace fm {
-// Save calls `save`; print waits for printing; close closes the form's window.
-QToolBar *ChartToolbar(QWidget *form, std::function<void()> save);
+// Save calls `save`, print prints the chart of `kind` ("TE", "ST", "RF"), close closes
+// the form's window.
+QToolBar *ChartToolbar(QWidget *form, std::function<void()> save, const char *kind);
 // The chart takes the room; the toolbar and the panel stand on its right.
 void LayOutChartWindow(QWidget *form, QWidget *chart, QToolBar *toolbar, QWidget *panel);
 

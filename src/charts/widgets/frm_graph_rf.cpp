@@ -54,7 +54,7 @@ frmGraphRf::frmGraphRf(QWidget *parent) : QWidget(parent) {
     g->setVerticalSpacing(4);
     g->addWidget(btnFullScale, 1, 0, 1, 3);
     g->setRowStretch(2, 1);
-    tbrGraphTe = ChartToolbar(this, [this] { SaveImage(); });
+    tbrGraphTe = ChartToolbar(this, [this] { SaveImage(); }, "RF");
     LayOutChartWindow(this, teeEvolution, tbrGraphTe, panel);
     SetUpForm(this);
     connect(btnFullScale, &QPushButton::clicked, teeEvolution, &ChartControl::UndoZoom);

@@ -55,6 +55,10 @@ QToolButton *SpinButton(QWidget *parent, Qt::ArrowType arrow) {
 }
 }  // namespace
 
+frmGraphSt *frmGraphSt::Current() {
+    return g_open;
+}
+
 frmGraphSt::frmGraphSt(QWidget *parent) : QWidget(parent) {
     setObjectName(QStringLiteral("frmGraphSt"));
     SetTag(this, 4008);
@@ -96,7 +100,7 @@ frmGraphSt::frmGraphSt(QWidget *parent) : QWidget(parent) {
     g->addWidget(cboNumClassi, row++, 0, 1, 2);
     g->addWidget(btnRefresh, row++, 0, 1, 2);
     g->setRowStretch(row, 1);
-    tbrGraphSt = ChartToolbar(this, [this] { SaveImage(); });
+    tbrGraphSt = ChartToolbar(this, [this] { SaveImage(); }, "ST");
     LayOutChartWindow(this, teeStatistics, tbrGraphSt, panel);
     SetUpForm(this);
     connect(btnRefresh, &QPushButton::clicked, this, &frmGraphSt::Refresh);

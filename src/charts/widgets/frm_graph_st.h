@@ -20,6 +20,8 @@ class frmGraphSt : public QWidget {
 public:
     explicit frmGraphSt(QWidget *parent = nullptr);
     ~frmGraphSt() override;
+    // The chart that stands open, or nullptr.
+    static frmGraphSt *Current();
     ChartControl *teeStatistics;
     std::array<QLabel *, 3> lblText{};
     QLineEdit *txtMinValue, *txtMaxValue;

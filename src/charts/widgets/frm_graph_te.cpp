@@ -70,7 +70,7 @@ frmGraphTe::frmGraphTe(QWidget *parent) : QWidget(parent) {
     g->addWidget(btnFullScale, 5, 0, 1, 3);
     g->addWidget(btnShowRf, 6, 0, 1, 3);
     g->setRowStretch(7, 1);
-    tbrGraphTe = ChartToolbar(this, [this] { SaveImage(); });
+    tbrGraphTe = ChartToolbar(this, [this] { SaveImage(); }, "TE");
     LayOutChartWindow(this, teeEvolution, tbrGraphTe, panel);
     SetUpForm(this);
     connect(chkLogaritmic, &QCheckBox::toggled, this, [this] {

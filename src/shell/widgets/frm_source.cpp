@@ -11,6 +11,7 @@
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/source_view.h"
 #include "shell/widgets/view_window.h"
+#include "printing/widgets/print_chart.h"
 #include "charts/widgets/frm_graph_rf.h"
 #include "charts/widgets/frm_graph_te.h"
 
@@ -38,8 +39,7 @@ frmSource::frmSource(QWidget *parent) : QWidget(parent) {
     tbrGraphSrc = new QToolBar(this);
     tbrGraphSrc->setIconSize(QSize(18, 18));
     btnSave = tbrGraphSrc->addAction(ToolbarImage(2), ResString(4147), this, &frmSource::SaveList);
-    btnPrint = tbrGraphSrc->addAction(ToolbarImage(4), ResString(4148));
-    btnPrint->setEnabled(false);  // printing comes with its own work
+    btnPrint = tbrGraphSrc->addAction(ToolbarImage(4), ResString(4148), this, &PrintData);
     btnClose = tbrGraphSrc->addAction(MessageIcon(0), ResString(4149), this, [this] {
         if (parentWidget()) parentWidget()->close();
     });
