@@ -70,9 +70,7 @@ private slots:
         QVERIFY(main_);
     }
     void cleanupTestCase() {
-        Data().DataSaved = true;
-        ShutDown(main_);
-        delete main_;
+        test::CloseMain(main_);
         ::close(pty_);
     }
 

@@ -77,9 +77,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(main_));  // focus events need an active window
     }
     void cleanupTestCase() {
-        Data().DataSaved = true;
-        ShutDown(main_);
-        delete main_;
+        test::CloseMain(main_);
         ::close(pty_);
     }
 
@@ -135,25 +133,16 @@ private slots:
         QVERIFY(std::abs(total - 100) < 0.01);
         test::Snapshot(st, QStringLiteral("stats_chart"));
 
-        // The key filter: "1,5" reads 1.5, a letter never shows; leaving the box brings it within 0 to 50.
+        // The key filter (all its editing keys are in the settings test): "1,5" reads 1.5, a
+        // letter never shows, Delete passes; leaving the box brings it within 0 to 50.
         st->txtMinValue->setFocus();
         st->txtMinValue->clear();
         QTest::keyClicks(st->txtMinValue, QStringLiteral("1,5x"));
         QCOMPARE(st->txtMinValue->text(), QStringLiteral("1.5"));
-        // Editing keys pass the filter: Delete, Backspace, Home and End, a selection.
-        QTest::keyClicks(st->txtMinValue, QStringLiteral("25"));
         QTest::keyClick(st->txtMinValue, Qt::Key_Home);
         test::PressDelete(st->txtMinValue);
-        QCOMPARE(st->txtMinValue->text(), QStringLiteral(".525"));
-        QTest::keyClick(st->txtMinValue, Qt::Key_End);
-        QTest::keyClick(st->txtMinValue, Qt::Key_Backspace);
-        QTest::keyClick(st->txtMinValue, Qt::Key_Left, Qt::ShiftModifier);
-        test::PressDelete(st->txtMinValue);
         QCOMPARE(st->txtMinValue->text(), QStringLiteral(".5"));
-        QTest::keyClick(st->txtMinValue, Qt::Key_A, Qt::ControlModifier);
-        test::PressDelete(st->txtMinValue);
-        QCOMPARE(st->txtMinValue->text(), QString());
-        QTest::keyClicks(st->txtMinValue, QStringLiteral("1.5"));
+        st->txtMinValue->setText(QStringLiteral("1.5"));
         st->txtMaxValue->setFocus();
         st->txtMaxValue->clear();
         QTest::keyClicks(st->txtMaxValue, QStringLiteral("60"));

@@ -17,6 +17,7 @@
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/frm_message_box.h"
 #include "shell/widgets/main_entry.h"
+#include "support/day_window.h"
 #include "support/modal.h"
 #include "support/simulator.h"
 #include "support/test_env.h"
@@ -38,7 +39,7 @@ class ViewTest : public QObject {
 private slots:
     void liveRunInTheViewer() {
         SetWritableDir(dir_.path());
-        test::Simulator sim(dir_.path(), {QStringLiteral("--fast")});
+        test::Simulator sim(dir_.path(), {"--fast"});
         QVERIFY(!sim.device.isEmpty());
         QVERIFY(StartUp(0, {}));
         frmMain *m = MainForm();
@@ -112,9 +113,7 @@ private slots:
         test::Snapshot(view, QStringLiteral("live_view_ranges"));
 
         m->mdiArea->closeAllSubWindows();
-        Data().DataSaved = true;
-        ShutDown(m);
-        delete m;
+        test::CloseMain(m);
     }
 };
 

@@ -12,6 +12,7 @@
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/frm_settings.h"
 #include "shell/widgets/main_entry.h"
+#include "support/day_window.h"
 #include "support/modal.h"
 #include "support/test_env.h"
 
@@ -69,11 +70,7 @@ private slots:
         CommonDialog::SetResponder(nullptr);
         Shared().CommOpen = false;
         Shared().MonitorState = -1;
-        if (frmMain *m = MainForm()) {
-            Data().DataSaved = true;
-            ShutDown(m);
-            delete m;
-        }
+        test::CloseMain(MainForm());
     }
     void cleanupTestCase() { ::close(pty_); }
 
@@ -126,13 +123,7 @@ private slots:
         m->tbrToolbar_ButtonClick(14);  // F5: the statistics chart, larger than the area is high
         QMdiSubWindow *stats = m->mdiArea->activeSubWindow();
         QVERIFY(stats && stats->property("viewButton").toInt() == 14);
-        QVERIFY2(area.contains(stats->geometry()), qPrintable(QStringLiteral("%1,%2 %3x%4 in %5x%6")
-                                                                  .arg(stats->x())
-                                                                  .arg(stats->y())
-                                                                  .arg(stats->width())
-                                                                  .arg(stats->height())
-                                                                  .arg(area.width())
-                                                                  .arg(area.height())));
+        QVERIFY(area.contains(stats->geometry()));
         m->tbrToolbar_ButtonClick(19);  // the warnings too: four windows in a low area
         m->resize(760, 420);
         QTest::qWait(20);

@@ -16,6 +16,7 @@
 #include "shell/widgets/frm_source.h"
 #include "shell/widgets/main_entry.h"
 #include "shell/widgets/source_view.h"
+#include "support/day_window.h"
 #include "support/modal.h"
 #include "support/simulator.h"
 #include "support/test_env.h"
@@ -71,7 +72,7 @@ class RoadTest : public QObject {
 private slots:
     void theWholeDay() {
         SetWritableDir(dir_.path());
-        test::Simulator sim(dir_.path(), {QStringLiteral("--fast"), QStringLiteral("--memory"), QStringLiteral("8192")});
+        test::Simulator sim(dir_.path(), {"--fast", "--memory", "8192"});
         QVERIFY(!sim.device.isEmpty());
         const QString log = dir_.filePath(QStringLiteral("day.log"));
         test::WriteDayLog(log, 144, 30);
@@ -128,7 +129,6 @@ private slots:
         const int questionsBefore = asked_.size();
         sim.Say(QStringLiteral("samples 500"));  // later that day, the logger has recorded
 
-
         // Upload: the running session is stopped after its question, the data set replaced,
         // and the three views come back on the new data.
         Press(m, 7);
@@ -153,9 +153,7 @@ private slots:
         QTest::qWait(100);  // the chart redraws on the next turn of the event loop
         test::Snapshot(m, QStringLiteral("road_6_point_clicked"));
 
-        Data().DataSaved = true;
-        ShutDown(m);
-        delete m;
+        test::CloseMain(m);
     }
 };
 

@@ -6,6 +6,7 @@
 #include "core/regional.h"
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/main_entry.h"
+#include "support/day_window.h"
 #include "support/modal.h"
 #include "support/simulator.h"
 #include "support/test_env.h"
@@ -49,9 +50,7 @@ private slots:
         QCOMPARE(Data().DataDate(121), GeneralDate(DateAdd(QStringLiteral("n"), 120, Data().DataStart)));
         m->resize(1100, 700);
         test::Snapshot(m, QStringLiteral("main_surveyor"));
-        Data().DataSaved = true;  // nothing to ask
-        ShutDown(m);
-        delete m;
+        test::CloseMain(m);
     }
 };
 

@@ -61,15 +61,6 @@ class ViewsTest : public QObject {
         test::Snapshot(
             m, QStringLiteral("views_%1_%2").arg(++shot_, 2, 10, QLatin1Char('0')).arg(QLatin1String(step)));
     }
-    // File > Open with the dialog answered by `file`.
-    static void OpenFromMenu(frmMain *m, const QString &file) {
-        CommonDialog::SetResponder([file](const CommonDialog &, bool) -> std::optional<CommonDialog::Answer> {
-            return CommonDialog::Answer{file, 1};
-        });
-        m->mnuSubFile[0]->trigger();
-        CommonDialog::SetResponder(nullptr);
-        QTest::qWait(20);
-    }
     // The view windows standing open, by their button; a window closed and waiting to be
     // deleted is not among them.
     template <class Form>
@@ -102,11 +93,7 @@ private slots:
     }
     void cleanup() {
         CommonDialog::SetResponder(nullptr);
-        if (frmMain *m = MainForm()) {
-            Data().DataSaved = true;
-            ShutDown(m);
-            delete m;
-        }
+        test::CloseMain(MainForm());
     }
     void cleanupTestCase() { ::close(pty_); }
 
@@ -114,7 +101,7 @@ private slots:
         WriteOptions(false, false, false);
         frmMain *m = Start();
         QVERIFY(m);
-        OpenFromMenu(m, first_);
+        test::OpenFromMenu(m, first_);
         QVERIFY(Open(m).empty());
         // F4, F5, F6 as the person presses them.
         m->activateWindow();
@@ -128,7 +115,7 @@ private slots:
         m->mdiArea->setActiveSubWindow(Open(m).at(13));  // a click on the chart's title
         Shot(m, "three_views");
 
-        OpenFromMenu(m, second_);
+        test::OpenFromMenu(m, second_);
         auto open = Open(m);
         QCOMPARE(open.size(), size_t(3));
         for (auto &[b, w] : open) QCOMPARE(w->geometry(), where.at(b));
@@ -155,7 +142,7 @@ private slots:
 
         // A view the person closed stays closed.
         open.at(14)->close();
-        OpenFromMenu(m, third_);
+        test::OpenFromMenu(m, third_);
         open = Open(m);
         QCOMPARE(open.size(), size_t(2));
         QVERIFY(!open.count(14) && !Shared().GraphStOpen);
@@ -167,14 +154,14 @@ private slots:
         WriteOptions(false, true, false);
         frmMain *m = Start();
         QVERIFY(m);
-        OpenFromMenu(m, first_);
+        test::OpenFromMenu(m, first_);
         auto open = Open(m);
         QCOMPARE(open.size(), size_t(1));
         QVERIFY(open.count(14));
         // The list the person opens comes back beside the one the options ask for.
         m->tbrToolbar_ButtonClick(15);
         Open(m).at(15)->setGeometry(30, 300, 800, 320);
-        OpenFromMenu(m, second_);
+        test::OpenFromMenu(m, second_);
         open = Open(m);
         QCOMPARE(open.size(), size_t(2));
         QVERIFY(open.count(14) && open.count(15));
@@ -224,7 +211,7 @@ private slots:
             }
         });
         answer.start(10);
-        OpenFromMenu(m, broken_);
+        test::OpenFromMenu(m, broken_);
         answer.stop();
         QVERIFY(said.contains(ResString(7)));
         QCOMPARE(Data().DataCount, 10);  // the record holds the new count and part of the new samples

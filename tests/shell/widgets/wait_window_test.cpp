@@ -8,6 +8,7 @@
 #include "shell/widgets/frm_message_box.h"
 #include "shell/widgets/frm_wait.h"
 #include "shell/widgets/main_entry.h"
+#include "support/day_window.h"
 #include "support/modal.h"
 #include "support/simulator.h"
 #include "support/test_env.h"
@@ -51,8 +52,7 @@ private slots:
         SetWritableDir(dir_.path());
         const QString dump = dir_.filePath(QStringLiteral("samples.txt"));
         // 4096 bytes at 1920 bytes a second: two seconds of reply.
-        test::Simulator sim(dir_.path(), {QStringLiteral("--memory"), QStringLiteral("4096"),
-                                          QStringLiteral("--dump-samples"), dump});
+        test::Simulator sim(dir_.path(), {"--memory", "4096", "--dump-samples", dump});
         QVERIFY(!sim.device.isEmpty());
         QVERIFY(StartUp(0, {}));  // "Com 1" is the link beside the options
         frmMain *m = MainForm();
@@ -112,16 +112,9 @@ private slots:
         const MeasurementData &d = Data();
         QCOMPARE(d.DataCount, 571);  // (4096 - 96) / 7
         QCOMPARE(int(expected.size()), d.DataCount);
-        for (int i = 1; i <= d.DataCount; ++i)
-            QCOMPARE(QStringLiteral("%1 %2 %3")
-                         .arg(d.DataX[size_t(i)], 0, 'f', 2)
-                         .arg(d.DataY[size_t(i)], 0, 'f', 2)
-                         .arg(d.DataZ[size_t(i)], 0, 'f', 2),
-                     expected[i - 1]);
+        for (int i = 1; i <= d.DataCount; ++i) QCOMPARE(test::SampleText(d, i), expected[i - 1]);
 
-        Data().DataSaved = true;
-        ShutDown(m);
-        delete m;
+        test::CloseMain(m);
     }
 };
 
