@@ -1,9 +1,12 @@
 // The upload's wait window against the simulator at the line's own rate: while the reply
 // comes in the window is on the screen with its text and the share received so far, no
-// timer runs, and the upload brings the same samples as ever.
+// timer runs, and the upload brings the same samples as ever. And the menu entry of the
+// Surveyor import against its simulator: the views open on the new, unsaved data set.
 #include "core/app_paths.h"
 #include "core/data_set.h"
 #include "core/language.h"
+#include "core/regional.h"
+#include "analysis/warnings.h"
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/frm_message_box.h"
 #include "shell/widgets/frm_wait.h"
@@ -20,6 +23,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QAction>
 #include <QToolBar>
 
 using namespace fm;
@@ -114,6 +118,34 @@ private slots:
         QCOMPARE(int(expected.size()), d.DataCount);
         for (int i = 1; i <= d.DataCount; ++i) QCOMPARE(test::SampleText(d, i), expected[i - 1]);
 
+        test::CloseMain(m);
+    }
+
+    void importOpensTheViewsOnUnsavedData() {
+        const QString f = ShortDateFormat();
+        QStringList args{"--fast", "--blocks", "3", "--records", "120", "--gap", "6"};
+        if (f.indexOf(QLatin1Char('M')) < f.indexOf(QLatin1Char('d')))
+            args << QStringLiteral("--month-first");
+        test::Simulator sim(dir_.path(), args, QStringLiteral(FLUXMERE_SURVEYOR_SIM));
+        QVERIFY(!sim.device.isEmpty());
+        Data() = MeasurementData{};
+        Warnings().clear();
+        QVERIFY(StartUp(0, {}));
+        frmMain *m = MainForm();
+        QVERIFY(m);
+        m->mnuSubFile[4]->trigger();
+        QCOMPARE(Data().DataSource, QStringLiteral("Surveyor"));
+        QCOMPARE(Data().DataCount, 120 + 6 + 120);
+        QVERIFY(!Data().DataSaved);
+        for (int b : {3, 4, 13, 14, 15}) QVERIFY(m->ButtonEnabled(b));
+        // The data list and the time chart open on it without a fault.
+        m->tbrToolbar_ButtonClick(15);
+        m->tbrToolbar_ButtonClick(13);
+        QVERIFY(Shared().SourceOpen);
+        QVERIFY(Shared().GraphTeOpen);
+        QCOMPARE(Data().DataDate(121), GeneralDate(DateAdd(QStringLiteral("n"), 120, Data().DataStart)));
+        m->resize(1100, 700);
+        test::Snapshot(m, QStringLiteral("main_surveyor"));
         test::CloseMain(m);
     }
 };
