@@ -214,6 +214,22 @@ TEST_F(CliTest, ChartImagesAndTheirRefusals) {
     EXPECT_FALSE(QFile::exists(none));
 }
 
+// Names that are not UTF-8 (Latin-1 "é") come from the command line as their own bytes.
+TEST_F(CliTest, NamesThatAreNotUtf8) {
+    const QByteArray folder = QFile::encodeName(dir.path());
+    ASSERT_EQ(::link(QFile::encodeName(log).constData(), (folder + "/caf\xE9.log").constData()), 0);
+    QProcess p;
+    // The shell passes the bytes as they are; QProcess would pass them as text.
+    p.start(QStringLiteral("/bin/sh"),
+            {QStringLiteral("-c"),
+             QStringLiteral("cd \"$1\" && \"$2\" --options \"$3\" convert \"$(printf 'caf\\351.log')\" "
+                            "\"$(printf 'out\\351.log')\""),
+             QStringLiteral("sh"), dir.path(), QStringLiteral(FLUXMERE_CLI), options});
+    ASSERT_TRUE(p.waitForFinished(60000));
+    EXPECT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
+    EXPECT_EQ(::access((folder + "/out\xE9.log").constData(), R_OK), 0);  // written under the same bytes
+}
+
 TEST_F(CliTest, LoggerCommandsAgainstTheSimulator) {
     // A session recorded the year before last reads back in its own year.
     const int year = QDate::currentDate().year();
