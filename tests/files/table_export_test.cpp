@@ -69,17 +69,7 @@ TEST(TableExport, BothTablesInBothRegionalSettings) {
 TEST(TableExport, FloatsAsTheirOwnDigits) {
     test::Fresh fresh(1);
     test::ScopedLocale us(QStringLiteral("en_US"));
-    MeasurementData &d = Data();
-    d.DataPresent = true;
-    d.DataStart = DateFromParts(2026, 3, 1, 10, 0, 0);
-    d.DataStep = 5;
-    d.DataStepUnit = QStringLiteral("s");
-    d.SizeArrays(1);
-    d.DataCount = 1;
-    d.DataX[1] = 0.165f;
-    d.DataY[1] = 0.00025f;
-    d.DataZ[1] = 3.46f;
-    d.DataValue[1] = 0.165;
+    test::SetOneSample(0.165f, 0.00025f, 3.46f, 0.165);
     const QString tab = fresh.Path(QStringLiteral("out.tab"));
     ASSERT_TRUE(SaveTable(tab, 2));
     EXPECT_EQ(Lines(tab).value(0),

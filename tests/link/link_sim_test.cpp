@@ -54,10 +54,7 @@ protected:
 TEST_F(LinkTest, PortCodesAndUploadMatchTheLogger) {
     // A session recorded in 2024, uploaded in 2026.
     test::ScopedClock today(DateFromParts(2026, 5, 1, 12, 0));
-    Simulator sim(fresh.Dir().path(),
-                  {QStringLiteral("--fast"), QStringLiteral("--memory"), QStringLiteral("8192"),
-                   QStringLiteral("--clock"), QStringLiteral("2024-03-03T09:30"),
-                   QStringLiteral("--dump-samples"), fresh.Path(QStringLiteral("samples.txt"))});
+    Simulator sim(fresh.Dir().path(), {"--fast", "--memory", "8192", "--clock", "2024-03-03T09:30"});
     ASSERT_FALSE(sim.device.isEmpty());
     EXPECT_EQ(SerialPort::DevicePath(1), fresh.Path(QStringLiteral("com1")));
     ASSERT_TRUE(SelectPort(0));
@@ -80,12 +77,7 @@ TEST_F(LinkTest, PortCodesAndUploadMatchTheLogger) {
     const MeasurementData &d = Data();
     EXPECT_EQ(d.DataSource, QStringLiteral("Upload"));
     EXPECT_FALSE(d.DataSaved);
-    const QStringList expected =
-        QString::fromLatin1(test::ReadBytes(fresh.Path(QStringLiteral("samples.txt"))))
-            .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    ASSERT_EQ(d.DataCount, 1156);  // 8096 bytes hold 1156 whole samples
-    ASSERT_EQ(expected.size(), d.DataCount);
-    for (int i = 1; i <= d.DataCount; ++i) ASSERT_EQ(SampleText(d, i), expected[i - 1]) << "sample " << i;
+    EXPECT_EQ(d.DataCount, 1156);  // 8096 bytes hold 1156 whole samples; each memory size below
     EXPECT_EQ(d.DataStart, DateFromParts(2024, 3, 3, 9, 30));
     EXPECT_EQ(d.DataStep, 10);
     EXPECT_EQ(d.DataStepUnit, QStringLiteral("n"));
@@ -99,7 +91,7 @@ TEST_F(LinkTest, PortCodesAndUploadMatchTheLogger) {
 }
 
 TEST_F(LinkTest, FailuresAreCountedAndDropTheLinkOnTheThird) {
-    Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast")});
+    Simulator sim(fresh.Dir().path(), {"--fast"});
     ASSERT_TRUE(SelectPort(0));
     ASSERT_TRUE(InitCommunication());
     struct Case {
@@ -146,7 +138,7 @@ TEST_F(LinkTest, FailuresAreCountedAndDropTheLinkOnTheThird) {
 }
 
 TEST_F(LinkTest, AsynchronousExchangesAndLateReplies) {
-    Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast")});
+    Simulator sim(fresh.Dir().path(), {"--fast"});
     ASSERT_TRUE(SelectPort(0));
     ASSERT_TRUE(InitCommunication());
     KillTimer(Shared().KeepAliveTimer);  // ticks are driven by hand here
@@ -187,8 +179,7 @@ TEST_F(LinkTest, AsynchronousExchangesAndLateReplies) {
 }
 
 TEST_F(LinkTest, UploadFaultsLeaveTheDataSetAlone) {
-    Simulator sim(fresh.Dir().path(),
-                  {QStringLiteral("--fast"), QStringLiteral("--memory"), QStringLiteral("4096")});
+    Simulator sim(fresh.Dir().path(), {"--fast", "--memory", "4096"});
     ASSERT_TRUE(SelectPort(0));
     ASSERT_TRUE(InitCommunication());
     Data().DataSource = QStringLiteral("File");
@@ -212,8 +203,7 @@ TEST_F(LinkTest, UploadFaultsLeaveTheDataSetAlone) {
 }
 
 TEST_F(LinkTest, RepliesGoToTheHandlerOfTheirCommand) {
-    Simulator sim(fresh.Dir().path(),
-                  {QStringLiteral("--fast"), QStringLiteral("--memory"), QStringLiteral("4096")});
+    Simulator sim(fresh.Dir().path(), {"--fast", "--memory", "4096"});
     ASSERT_TRUE(SelectPort(0));
     ASSERT_TRUE(InitCommunication());
     Data().DataSource = QStringLiteral("File");
@@ -242,8 +232,7 @@ TEST_F(LinkTest, EveryMemorySizeUploadsAndSavesSampleForSample) {
     for (const int memory : {4096, 8192, 32768, 65536}) {
         SCOPED_TRACE(memory);
         const QString dump = fresh.Path(QStringLiteral("samples%1.txt").arg(memory));
-        Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast"), QStringLiteral("--memory"),
-                                           QString::number(memory), QStringLiteral("--dump-samples"), dump});
+        Simulator sim(fresh.Dir().path(), {"--fast", "--memory", QString::number(memory), "--dump-samples", dump});
         ASSERT_TRUE(SelectPort(0));
         ASSERT_TRUE(UploadData());
         const QString log = fresh.Path(QStringLiteral("up%1.log").arg(memory));
@@ -263,7 +252,7 @@ TEST_F(LinkTest, EveryMemorySizeUploadsAndSavesSampleForSample) {
 
 TEST_F(LinkTest, CommandsWithoutPayloadCarryNoneAfterTheCodesAreWritten) {
     const QString log = fresh.Path(QStringLiteral("wire.txt"));
-    Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast"), QStringLiteral("--log"), log});
+    Simulator sim(fresh.Dir().path(), {"--fast", "--log", log});
     ASSERT_TRUE(SelectPort(0));
     ASSERT_TRUE(InitCommunication());
     KillTimer(Shared().KeepAliveTimer);
@@ -287,14 +276,13 @@ TEST_F(LinkTest, CommandsWithoutPayloadCarryNoneAfterTheCodesAreWritten) {
 }
 
 TEST_F(LinkTest, TheSimulatorsClockStartsWhereItIsTold) {
-    Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast"), QStringLiteral("--clock"),
-                                       QStringLiteral("2027-02-28T23:59:30")});
+    Simulator sim(fresh.Dir().path(), {"--fast", "--clock", "2027-02-28T23:59:30"});
     ASSERT_TRUE(SelectPort(0));
     ASSERT_TRUE(InitCommunication());
     const auto &m = Link().MonitorSettings;
     EXPECT_EQ((QList<int>{m[0], m[1], m[2], m[3], m[4]}), (QList<int>{0x30, 0x59, 0x23, 0x28 + 3 * 64, 0x02}));
     QProcess bad;
-    bad.start(QStringLiteral(FLUXMERE_SIM), {QStringLiteral("--clock"), QStringLiteral("28/02/2027")});
+    bad.start(QStringLiteral(FLUXMERE_SIM), {"--clock", "28/02/2027"});
     ASSERT_TRUE(bad.waitForFinished(5000));
     EXPECT_EQ(bad.exitCode(), 64);
 }
@@ -320,7 +308,7 @@ public:
 
 TEST_F(LinkTest, SessionStartStopsAtTheFailedStepAndRecovers) {
     test::ScopedClock today(DateFromParts(2026, 6, 1, 10, 0));
-    Simulator sim(fresh.Dir().path(), {QStringLiteral("--fast")});
+    Simulator sim(fresh.Dir().path(), {"--fast"});
     ASSERT_TRUE(SelectPort(0));
     ASSERT_TRUE(InitCommunication());
     Link().MonitorImage = {3, 0x05, 0, 0, 0, 0, 0, 0, 0, 0};

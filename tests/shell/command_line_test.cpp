@@ -2,6 +2,7 @@
 // bare file names, as desktop launchers pass them, load too.
 #include "shell/command_line.h"
 #include "core/data_set.h"
+#include "core/language.h"
 #include "core/startup.h"
 #include "support/recorder_host.h"
 #include "support/test_env.h"
@@ -10,57 +11,35 @@
 
 using namespace fm;
 
-TEST(CommandLine, LoadsEachFileAndStopsAtAnUnknownParameter) {
+TEST(CommandLine, LoadsEachFileInOrderAndStopsAtAnUnknownParameter) {
     test::Fresh fresh;
     test::RecorderHost host;
-    const QString first = fresh.Path(QStringLiteral("first day.log"));
-    const QString second = fresh.Path(QStringLiteral("second.log"));
-    test::WriteDayLog(first, 12);
-    test::WriteDayLog(second, 30);
-    int loaded = 0;
-    const auto count = [&] { ++loaded; };
-
-    // The blank in the first name makes the tail quote it.
-    GestioneCommandLine(CommandTail({QStringLiteral("-L"), first, QStringLiteral("-L"), second}), count);
-    EXPECT_EQ(loaded, 2);
-    EXPECT_EQ(Data().DataCount, 30);  // the last one stays
-
-    loaded = 0;
-    GestioneCommandLine(CommandTail({QStringLiteral("-X"), first, QStringLiteral("-L"), second}), count);
-    EXPECT_EQ(loaded, 0);
-    ASSERT_FALSE(host.boxes.empty());
-    EXPECT_EQ(host.boxes.back().text, QStringLiteral("Parametro sconosciuto in riga di comando"));
-    EXPECT_TRUE(host.boxes.back().system);
-
-    // A file that does not load is reported by the loader and does not count.
-    const size_t before = host.boxes.size();
-    GestioneCommandLine(CommandTail({QStringLiteral("-L"), fresh.Path(QStringLiteral("none.log"))}), count);
-    EXPECT_EQ(loaded, 0);
-    EXPECT_GT(host.boxes.size(), before);
-}
-
-TEST(CommandLine, BareFileNamesLoadAsALauncherPassesThem) {
-    test::Fresh fresh;
-    test::RecorderHost host;
+    // The blanks in the first name make the tail quote it.
     const QString first = fresh.Path(QStringLiteral("from the file manager.log"));
-    const QString second = fresh.Path(QStringLiteral("second.log"));
+    const QString second = fresh.Path(QStringLiteral("second.log")), L = QStringLiteral("-L");
     test::WriteDayLog(first, 12);
     test::WriteDayLog(second, 30);
-    int loaded = 0;
-    const auto count = [&] { ++loaded; };
-
-    GestioneCommandLine(CommandTail({first}), count);
-    EXPECT_EQ(loaded, 1);
-    EXPECT_EQ(Data().DataCount, 12);
-    GestioneCommandLine(CommandTail({first, second}), count);
-    EXPECT_EQ(loaded, 3);
-    EXPECT_EQ(Data().DataCount, 30);
-    EXPECT_TRUE(host.boxes.empty());
-
-    // An option anywhere keeps the pairs: a bare name before it is an unknown parameter.
-    loaded = 0;
-    GestioneCommandLine(CommandTail({first, QStringLiteral("-L"), second}), count);
-    EXPECT_EQ(loaded, 0);
-    ASSERT_FALSE(host.boxes.empty());
-    EXPECT_EQ(host.boxes.back().text, QStringLiteral("Parametro sconosciuto in riga di comando"));
+    const QString unknown = QStringLiteral("Parametro sconosciuto in riga di comando");
+    const struct {
+        QStringList args;
+        int loaded, count;  // the last file loaded stays
+        QString box;
+    } cases[] = {
+        {{L, first, L, second}, 2, 30, {}},
+        {{first}, 1, 12, {}},
+        {{second, first}, 2, 12, {}},
+        {{QStringLiteral("-X"), first, L, second}, 0, 0, unknown},
+        {{first, L, second}, 0, 0, unknown},  // an option anywhere keeps the pairs
+        {{L, fresh.Path(QStringLiteral("none.log"))}, 0, 0, ResString(21)},  // the loader's own box
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(qPrintable(c.args.join(QLatin1Char(' '))));
+        Data() = MeasurementData{};
+        host.boxes.clear();
+        int loaded = 0;
+        GestioneCommandLine(CommandTail(c.args), [&] { ++loaded; });
+        EXPECT_EQ(loaded, c.loaded);
+        EXPECT_EQ(Data().DataCount, c.count);
+        EXPECT_EQ(host.LastBox(), c.box);
+    }
 }

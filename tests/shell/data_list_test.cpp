@@ -42,24 +42,6 @@ TEST(DataList, RowsByTimeAndByValue) {
     EXPECT_TRUE(test::ReadBytes(out).contains("23:59:00   10,00   20,00   30,00   37,42\r\n"));
 }
 
-TEST(DataList, ImportsWithoutTheSortListByTimeOnly) {
-    test::Fresh fresh(1);
-    MeasurementData &d = Data();
-    d.DataPresent = true;
-    d.DataCount = 2;
-    d.DataX = d.DataY = d.DataZ = {0, 1, 2};
-    d.DataValue = {0, 1.73, 3.46};
-    d.DataStep = 5;
-    d.DataStepUnit = QStringLiteral("s");
-    d.DataIsCsv = true;  // no sorted arrays, one more heading line
-    EXPECT_FALSE(DataList::ValueOrderAvailable());
-    const DataList list(false);
-    EXPECT_TRUE(list.Chronological());
-    EXPECT_EQ(list.HeadingLines(), 8);
-    EXPECT_EQ(list.LineOfSample(1), 8);
-    EXPECT_EQ(list.MedianLine(), -1);
-}
-
 // A load that fails half-way sizes the arrays anew and leaves the rest zero; the list
 // on show goes on reading as it was made, in either order.
 TEST(DataList, KeepsItsRowsWhenTheRecordChangesUnderIt) {
@@ -107,18 +89,9 @@ TEST(DataList, PanelAndListRoundAlike) {
 TEST(DataList, ImportedFloatsShowTheirOwnDigits) {
     test::Fresh fresh(1);
     test::ScopedLocale us(QStringLiteral("en_US"));
+    test::SetOneSample(0.165f, 3.46f, 0.1f + 0.2f, 0.165);
     MeasurementData &d = Data();
-    d.DataPresent = true;
     d.DataIsCsv = true;
-    d.DataStart = 46000;
-    d.DataStep = 5;
-    d.DataStepUnit = QStringLiteral("s");
-    d.SizeArrays(1);
-    d.DataCount = 1;
-    d.DataX[1] = 0.165f;
-    d.DataY[1] = 3.46f;
-    d.DataZ[1] = 0.1f + 0.2f;
-    d.DataValue[1] = 0.165;
     d.AuxMin = 0.165f;
     d.AuxMax = 2.675f;
     d.AuxMean = 1.1f;

@@ -37,7 +37,6 @@ TEST(InfoPanel, TextsFollowTheSharedState) {
     Shared().CommOpen = true;
     t = BuildInfo();
     EXPECT_EQ(t.shortId, ResString(3021));
-    EXPECT_EQ(t.longId, d.LongID);  // the untrimmed field
     EXPECT_EQ(t.step, QStringLiteral("30 ") + ResString(3013));
     EXPECT_EQ(t.values[0], QStringLiteral("0.12 µT"));
     EXPECT_EQ(t.values[3], QStringLiteral("1234.50 µT"));

@@ -3,6 +3,7 @@
 // pseudo-terminal nobody answers on; nullptr when the start failed.
 #include "core/app_paths.h"
 #include "core/data_set.h"
+#include "shell/widgets/common_dialog.h"
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/main_entry.h"
 #include "support/test_env.h"
@@ -10,6 +11,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QSize>
+#include <QTest>
 
 namespace fm::test {
 inline frmMain *StartOnDayLog(const QString &dir, int *pty, QSize size) {
@@ -22,6 +24,25 @@ inline frmMain *StartOnDayLog(const QString &dir, int *pty, QSize size) {
     if (!StartUp(0, {QStringLiteral("-L"), log})) return nullptr;
     if (frmMain *m = MainForm()) m->resize(size);
     return MainForm();
+}
+
+// Closes the main window as the exit does, with nothing left to save.
+inline void CloseMain(frmMain *m) {
+    if (!m) return;
+    Data().DataSaved = true;
+    ShutDown(m);
+    delete m;
+}
+
+// File > Open, the dialog answered with `file` under the filter given.
+inline void OpenFromMenu(frmMain *m, const QString &file, int filter = 1) {
+    CommonDialog::SetResponder([=](const CommonDialog &, bool save) -> std::optional<CommonDialog::Answer> {
+        if (save) return std::nullopt;
+        return CommonDialog::Answer{file, filter};
+    });
+    m->mnuSubFile[0]->trigger();
+    CommonDialog::SetResponder(nullptr);
+    QTest::qWait(20);  // the views closed by the load go
 }
 
 // The view of that kind standing open; one closed and waiting to be deleted is not it.

@@ -9,17 +9,24 @@
 #include <memory>
 
 namespace fm::test {
-inline void WhenModal(std::function<void(QWidget *)> act, int tries = 200) {
+// The next modal window of kind T on the screen (a file dialog stays modal under its own
+// question, so the first modal window is not always the one).
+template <class T>
+void WhenUp(std::function<void(T *)> act, int tries = 300) {
     auto left = std::make_shared<int>(tries);
     auto poll = std::make_shared<std::function<void()>>();
     *poll = [act, left, poll] {
-        if (QWidget *w = QApplication::activeModalWidget()) {
+        if (auto *w = qobject_cast<T *>(QApplication::activeModalWidget()); w && w->isVisible()) {
             act(w);
             return;
         }
         if (--*left > 0) QTimer::singleShot(10, *poll);
     };
     QTimer::singleShot(0, *poll);
+}
+
+inline void WhenModal(std::function<void(QWidget *)> act, int tries = 200) {
+    WhenUp<QWidget>(std::move(act), tries);
 }
 
 // Writes what a window shows to the test output folder, for a person to look at.

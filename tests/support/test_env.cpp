@@ -109,6 +109,20 @@ void WriteDayLog(const QString &path, int samples, int gap) {
     WriteBytes(path, LogText(lines));
 }
 
+void SetOneSample(float x, float y, float z, double value) {
+    MeasurementData &d = Data();
+    d.DataPresent = true;
+    d.DataStart = DateFromParts(2026, 3, 1, 10, 0, 0);
+    d.DataStep = 5;
+    d.DataStepUnit = QStringLiteral("s");
+    d.SizeArrays(1);
+    d.DataCount = 1;
+    d.DataX[1] = x;
+    d.DataY[1] = y;
+    d.DataZ[1] = z;
+    d.DataValue[1] = value;
+}
+
 int LinkPtyAsCom1(const QString &dir) {
     const int fd = posix_openpt(O_RDWR | O_NOCTTY);
     if (fd < 0) return -1;

@@ -61,6 +61,8 @@ QByteArray LogText(const QStringList &lines);
 // A log of `samples` ten-minute samples of a slowly turning field from 14/10/2026 08:00;
 // the sample at index `gap` has no data.
 void WriteDayLog(const QString &path, int samples, int gap = -1);
+// A data set of one sample at a 5 s step from 1/3/2026 10:00, as an import leaves it.
+void SetOneSample(float x, float y, float z, double value);
 // Sample i as the simulators' dumps write it: "x y z" with two decimals.
 QString SampleText(const MeasurementData &d, int i);
 

@@ -1,10 +1,16 @@
-// The time chart and the data list point at each other's sample, as a person uses them:
-// a click on a chart point at its pixel, a click on a row of the list, the order by value,
-// a hidden resultant, and the image saved while the cross is up.
+// The time chart after a load, and the data list pointing at its samples as a person uses
+// them: gaps and the logarithmic scale, a click on a chart point at its pixel, a click on a
+// row of the list, the order by value, a hidden resultant, and the image saved while the
+// cross is up. Then a "File Centralina" file opened with File > Open: the time chart's
+// "Show RF data", the RF chart joining the list and the time chart, its images, and its
+// closing by the next load.
 #include "charts/widgets/chart_control.h"
+#include "charts/widgets/chart_image.h"
+#include "charts/widgets/frm_graph_rf.h"
 #include "charts/widgets/frm_graph_te.h"
 #include "core/app_paths.h"
 #include "core/data_set.h"
+#include "core/language.h"
 #include "core/options.h"
 #include "shell/widgets/common_dialog.h"
 #include "shell/widgets/frm_main.h"
@@ -18,6 +24,9 @@
 #include <qcustomplot.h>
 #include <unistd.h>
 #include <QCheckBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QPushButton>
 #include <QImage>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -25,6 +34,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolBar>
+#include <cmath>
 
 using namespace fm;
 
@@ -65,13 +75,27 @@ bool CrossOn(ChartControl *c, int i) {
     const bool atEdge = at.x() <= plot.left() + 1 || at.x() >= plot.right() - 1;
     return (atEdge || down > plot.height() * 8 / 10) && across > plot.width() * 8 / 10;
 }
+
+constexpr int kRecords = 240;
+
+// Twenty minutes of a unit near a transmitter: the RF field swells and falls, and
+// drops to 0 for a while.
+QByteArray UnitFile() {
+    QByteArray text;
+    for (int i = 0; i < kRecords; ++i) {
+        const double rf = i >= 150 && i < 160 ? 0 : 1.5 + std::sin(i / 20.0) + i / 100.0;
+        text += "14/10/2026 08:00:00,0.30,0.40,0.10," + QByteArray(i % 3 ? "-100" : "21.5") + ',' +
+                QByteArray::number(rf, 'f', 3) + ",0.51\n";
+    }
+    return text;
+}
 }  // namespace
 
 class ChartLinkTest : public QObject {
     Q_OBJECT
     QTemporaryDir dir_;
     int pty_ = -1;
-    QString day_, other_;
+    QString day_, other_, unit_;
     frmMain *m_ = nullptr;
 
     // The view on screen: a window closed by a load may wait a moment to be deleted.
@@ -80,7 +104,7 @@ class ChartLinkTest : public QObject {
     frmGraphTe *Chart() { return Shown<frmGraphTe>(); }
     frmSource *List() { return Shown<frmSource>(); }
     ChartControl *Plot() { return Chart()->teeEvolution; }
-
+    ChartControl *Rf() { return Shown<frmGraphRf>()->teeEvolution; }
     // The chart and the list tiled one above the other, the findings out of the way.
     void Lay() {
         if (m_->ButtonValue(19)) m_->tbrToolbar_ButtonClick(19);
@@ -115,6 +139,8 @@ private slots:
         test::WriteBytes(OptionsPath(), o.ToBytes());
         day_ = dir_.filePath(QStringLiteral("day.log"));
         other_ = dir_.filePath(QStringLiteral("other.log"));
+        unit_ = dir_.filePath(QStringLiteral("unit.csv"));
+        test::WriteBytes(unit_, UnitFile());
         test::WriteDayLog(day_, 144, 50);
         test::WriteDayLog(other_, 90, 30);
         Data() = MeasurementData{};
@@ -126,21 +152,26 @@ private slots:
     }
     void cleanupTestCase() {
         CommonDialog::SetResponder(nullptr);
-        Data().DataSaved = true;
-        ShutDown(m_);
-        delete m_;
+        test::CloseMain(m_);
         ::close(pty_);
     }
 
     // After File > Open the new chart and the new list answer each other, not the ones
     // the load closed.
+    // A sample without data breaks the lines; the logarithmic scale keeps every point.
+    void gapsAndTheLogarithmicScale() {
+        QCOMPARE(Plot()->SeriesCount(), 4);
+        QCOMPARE(Plot()->Count(3), 144);
+        QVERIFY(std::isnan(Plot()->PointPosition(3, 50).y()));
+        Chart()->chkLogaritmic->setChecked(true);
+        QVERIFY(Plot()->Logarithmic());
+        QCOMPARE(Plot()->Count(0), 144);
+        test::Snapshot(Chart(), QStringLiteral("time_chart_log"));
+        Chart()->chkLogaritmic->setChecked(false);
+    }
+
     void aClickOnAPointSelectsItsRowWithoutRestyling() {
-        CommonDialog::SetResponder([this](const CommonDialog &, bool) -> std::optional<CommonDialog::Answer> {
-            return CommonDialog::Answer{other_, 1};
-        });
-        m_->mnuSubFile[0]->trigger();
-        CommonDialog::SetResponder(nullptr);
-        QTest::qWait(20);
+        test::OpenFromMenu(m_, other_);
         QCOMPARE(m_->findChildren<frmGraphTe *>().size(), 1);
         QCOMPARE(Plot()->Count(3), 90);
         Lay();
@@ -249,9 +280,124 @@ private slots:
         QCOMPARE(saved.size(), QSize(800, 600));
         QCOMPARE(RedPixels(saved), 0);
         QVERIFY(CrossOn(Plot(), 60));  // still up on screen
+        // JPEG at quality 100: all quantisation steps 1.
         const QString jpg = dir_.filePath(QStringLiteral("with_cross.jpg"));
         QVERIFY(Plot()->ExportJpeg(jpg, 800, 600, 100));
         QCOMPARE(RedPixels(QImage(jpg)), 0);
+        const QByteArray bytes = test::ReadBytes(jpg);
+        const int dqt = int(bytes.indexOf(QByteArray("\xFF\xDB", 2)));
+        QVERIFY(dqt > 0);
+        for (int i = 0; i < 64; ++i) QCOMPARE(int(uchar(bytes[dqt + 5 + i])), 1);
+    }
+
+    void theTimeChartOffersTheRfChart() {
+        test::OpenFromMenu(m_, unit_, 2);
+        QVERIFY(Data().DataIsCsv);
+        QCOMPARE(Data().DataCount, kRecords);
+        frmGraphTe *te = Shown<frmGraphTe>();
+        QVERIFY(te && List());
+        QVERIFY(te->btnShowRf->isVisible());
+        QCOMPARE(te->btnShowRf->text(), ResString(4207));
+        // The list's heading has the auxiliary channel's line: sample 1 is on line 8.
+        QCOMPARE(List()->txtSource->List()->HeadingLines(), 8);
+        QVERIFY(List()->txtSource->List()->Line(5).startsWith(ResString(45)));
+        QTest::mouseClick(te->btnShowRf, Qt::LeftButton);
+        QTest::qWait(20);
+        QVERIFY(Shared().GraphRfOpen);
+        frmGraphRf *rf = Shown<frmGraphRf>();
+        QVERIFY(rf);
+        QCOMPARE(rf->windowTitle(), ResString(4205) + QStringLiteral(" [") + unit_ + QLatin1Char(']'));
+        QCOMPARE(rf->lblDescrizione->text(), ResString(4206));
+        // A second click brings the same window forward.
+        QTest::mouseClick(te->btnShowRf, Qt::LeftButton);
+        QCOMPARE(m_->findChildren<frmGraphRf *>().size(), 1);
+    }
+
+    void theRfFieldIsOneTraceWithoutGaps() {
+        ChartControl *c = Rf();
+        QCOMPARE(c->SeriesCount(), 1);
+        QCOMPARE(c->Count(0), kRecords);
+        QVERIFY(!std::isnan(c->PointPosition(0, 155).y()));  // 0 V/m is drawn, not a gap
+        const QCPRange y = c->Plot()->yAxis->range();
+        const double range = double(Data().RfMax) - double(Data().RfMin);
+        QCOMPARE(y.lower, 0.0);
+        QVERIFY(std::abs(y.upper - (Data().RfMax + range / 10)) < 1e-6);
+    }
+
+    void aClickOnAnRfPointSelectsItsRow() {
+        Lay();
+        ChartControl *c = Rf();
+        for (int i : {0, 37, 200}) {
+            c->Plot()->replot();
+            QTest::mouseClick(c->Plot(), Qt::LeftButton, {}, c->PointPosition(0, i).toPoint());
+            QCOMPARE(Selected(), int64_t(i + 8));
+            QVERIFY(c->CrossVisible());
+        }
+        QTest::qWait(20);  // the cross is drawn at the next turn of the event loop
+        test::Snapshot(m_, QStringLiteral("rf_point_clicked"));
+        // Hidden, the trace takes no cross and selects nothing.
+        Shown<frmGraphRf>()->chkHidePlot->setChecked(true);
+        QVERIFY(!c->CrossVisible());
+        emit c->pointClicked(0, 50);
+        QCOMPARE(Selected(), int64_t(200 + 8));
+        Shown<frmGraphRf>()->chkHidePlot->setChecked(false);
+    }
+
+    void aRowOfTheListCrossesBothCharts() {
+        List()->txtSource->SelectLine(8 + 99);
+        QVERIFY(Rf()->CrossVisible());
+        QVERIFY(Shown<frmGraphTe>()->teeEvolution->CrossVisible());
+        List()->txtSource->SelectLine(7);  // the blank line above the first row
+        QVERIFY(!Rf()->CrossVisible());
+    }
+
+    void theRfImageInEveryFormat() {
+        const QString out = qEnvironmentVariable("FLUXMERE_TEST_OUT", dir_.path());
+        QDir().mkpath(out);
+        for (const char *ext : {"jpg", "wmf", "png", "svg", "pdf"}) {
+            const QString file = out + QStringLiteral("/rf_chart.") + QLatin1String(ext);
+            QFile::remove(file);
+            QVERIFY(ExportChartImage(Rf(), file));
+            QVERIFY2(QFileInfo(file).size() > 1000, ext);
+        }
+        const QImage png(out + QStringLiteral("/rf_chart.png"));
+        QCOMPARE(png.size(), QSize(800, 600));
+        // The trace in ColorTrace1 (blue here) stands on the image.
+        int traced = 0;
+        for (int y = 0; y < png.height(); ++y)
+            for (int x = 0; x < png.width(); ++x) {
+                const QRgb p = png.pixel(x, y);
+                traced += qBlue(p) > 180 && qRed(p) < 120 && qGreen(p) < 120;
+            }
+        QVERIFY(traced > 200);
+    }
+
+    void closingHandsTheClicksBackToTheTimeChart() {
+        m_->mdiArea->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(Shown<frmGraphRf>()->parentWidget()));
+        Shown<frmGraphRf>()->parentWidget()->close();
+        QVERIFY(!Shared().GraphRfOpen);
+        QTest::qWait(20);
+        ChartControl *te = Shown<frmGraphTe>()->teeEvolution;
+        emit te->pointClicked(3, 12);
+        QCOMPARE(Selected(), int64_t(12 + 8));
+        QVERIFY(te->CrossVisible());
+    }
+
+    void theNextLoadClosesTheRfChart() {
+        QTest::mouseClick(Shown<frmGraphTe>()->btnShowRf, Qt::LeftButton);
+        QVERIFY(Shared().GraphRfOpen);
+        test::OpenFromMenu(m_, day_, 2);
+        QVERIFY(!Data().DataIsCsv);
+        QVERIFY(!Shared().GraphRfOpen);
+        QVERIFY(!Shown<frmGraphRf>());
+        QVERIFY(!Shown<frmGraphTe>()->btnShowRf->isVisible());
+        QCOMPARE(List()->txtSource->List()->HeadingLines(), 7);
+        // The recent files bring it back: the log is entry 1 now, the unit's file entry 2.
+        m_->tbrToolbar_ButtonMenuClick(2);
+        QTest::qWait(20);
+        QVERIFY(Data().DataIsCsv);
+        QVERIFY(Shown<frmGraphTe>()->btnShowRf->isVisible());
+        QCOMPARE(List()->txtSource->List()->HeadingLines(), 8);
     }
 };
 

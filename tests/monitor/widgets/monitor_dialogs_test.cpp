@@ -254,14 +254,7 @@ private slots:
             QVERIFY(dlg.monDate->isWindow());
             QVERIFY(dlg.monDate->width() >= dlg.monDate->sizeHint().width());
             QVERIFY(dlg.monDate->height() >= dlg.monDate->sizeHint().height());
-            const QRect at = dlg.monDate->frameGeometry();
-            QVERIFY2(room.contains(at), qPrintable(QStringLiteral("%1,%2 %3x%4 on %5x%6")
-                                                       .arg(at.x())
-                                                       .arg(at.y())
-                                                       .arg(at.width())
-                                                       .arg(at.height())
-                                                       .arg(room.width())
-                                                       .arg(room.height())));
+            QVERIFY(room.contains(dlg.monDate->frameGeometry()));
             if (group == 1) {
                 test::Snapshot(dlg.monDate, QStringLiteral("monitor_calendar"));
                 QTest::mouseClick(dlg.btnDate[1], Qt::LeftButton);  // the same button closes it

@@ -1,6 +1,7 @@
 // The save dialog as a user types into it: a name without an extension takes the
 // chosen filter's before the question about replacing a file.
 #include "shell/widgets/common_dialog.h"
+#include "support/modal.h"
 #include "support/test_env.h"
 
 #include <QApplication>
@@ -11,29 +12,10 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
-#include <functional>
-#include <memory>
 
 using namespace fm;
 
 namespace {
-// Acts on the next modal window of kind T once it is up (the file dialog stays modal
-// under the question, so any modal window will not do).
-template <class T>
-void WhenUp(std::function<void(T *)> act) {
-    auto left = std::make_shared<int>(300);
-    auto poll = std::make_shared<std::function<void()>>();
-    *poll = [act, left, poll] {
-        if (auto *w = qobject_cast<T *>(QApplication::activeModalWidget()); w && w->isVisible()) {
-            act(w);
-            return;
-        }
-        if (--*left > 0) QTimer::singleShot(10, *poll);
-    };
-    QTimer::singleShot(0, *poll);
-}
-
 QLineEdit *NameBox(QFileDialog *d) {
     return d->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
 }
@@ -60,8 +42,8 @@ private slots:
         CommonDialog dlg = SaveImageDialog();
         QString asked;
         bool stayedOpen = false;
-        WhenUp<QFileDialog>([&](QFileDialog *fd) {
-            WhenUp<QMessageBox>([&, fd](QMessageBox *box) {
+        test::WhenUp<QFileDialog>([&](QFileDialog *fd) {
+            test::WhenUp<QMessageBox>([&, fd](QMessageBox *box) {
                 asked = box->text();
                 QTimer::singleShot(0, fd, [&, fd] {
                     stayedOpen = fd->isVisible();
@@ -78,8 +60,8 @@ private slots:
         QCOMPARE(test::ReadBytes(dir_.filePath(QStringLiteral("x.jpg"))), QByteArray("old picture"));
 
         // Yes replaces it: the caller gets the full name.
-        WhenUp<QFileDialog>([&](QFileDialog *fd) {
-            WhenUp<QMessageBox>(
+        test::WhenUp<QFileDialog>([&](QFileDialog *fd) {
+            test::WhenUp<QMessageBox>(
                 [](QMessageBox *box) { QTest::mouseClick(box->button(QMessageBox::Yes), Qt::LeftButton); });
             QTest::keyClicks(NameBox(fd), QStringLiteral("x"));
             QTest::keyClick(NameBox(fd), Qt::Key_Return);
@@ -92,8 +74,8 @@ private slots:
     void extensionFollowsTheFilterChosen() {
         CommonDialog dlg = SaveImageDialog();
         bool asked = false;
-        WhenUp<QFileDialog>([&](QFileDialog *fd) {
-            WhenUp<QMessageBox>([&](QMessageBox *box) {
+        test::WhenUp<QFileDialog>([&](QFileDialog *fd) {
+            test::WhenUp<QMessageBox>([&](QMessageBox *box) {
                 asked = true;
                 QTest::mouseClick(box->button(QMessageBox::No), Qt::LeftButton);
             });
@@ -116,7 +98,7 @@ private slots:
         } cases[] = {{"notes", Qt::Key_End, "notes"}, {"y.jpeg", Qt::Key_Home, "y.jpeg"}};
         for (const auto &c : cases) {
             dlg.FileName.clear();
-            WhenUp<QFileDialog>([&](QFileDialog *fd) {
+            test::WhenUp<QFileDialog>([&](QFileDialog *fd) {
                 auto *types = fd->findChild<QComboBox *>(QStringLiteral("fileTypeCombo"));
                 types->setFocus();
                 QTest::keyClick(types, c.filter);

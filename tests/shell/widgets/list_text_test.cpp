@@ -68,9 +68,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(main_));
     }
     void cleanupTestCase() {
-        Data().DataSaved = true;
-        ShutDown(main_);
-        delete main_;
+        test::CloseMain(main_);
         ::close(pty_);
     }
 

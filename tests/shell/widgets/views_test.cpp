@@ -1,6 +1,8 @@
 // The views after new data, as a person meets them: a second file opened from the menu,
 // a recent file, two files on the command line, the views the options ask for, and a
-// load that fails half-way under an open list.
+// load that fails half-way under an open list. And the main window on a desktop screen:
+// its size on opening, the information panel when the link comes up, child windows that
+// stay in sight, the folders of the file dialogs and the title of the colour dialog.
 #include "analysis/warnings.h"
 #include "charts/widgets/chart_control.h"
 #include "charts/widgets/frm_graph_st.h"
@@ -10,8 +12,11 @@
 #include "core/language.h"
 #include "core/options.h"
 #include "shell/data_list.h"
+#include "shell/file_folders.h"
 #include "shell/widgets/common_dialog.h"
+#include "shell/widgets/frm_info.h"
 #include "shell/widgets/frm_main.h"
+#include "shell/widgets/frm_settings.h"
 #include "shell/widgets/frm_source.h"
 #include "shell/widgets/main_entry.h"
 #include "shell/widgets/source_view.h"
@@ -21,10 +26,14 @@
 
 #include <unistd.h>
 #include <QApplication>
+#include <QDockWidget>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QPushButton>
+#include <QScreen>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -39,14 +48,34 @@ class ViewsTest : public QObject {
     QString first_, second_, third_, broken_;
     int shot_ = 0;
 
-    static void WriteOptions(bool te, bool st, bool source) {
+    static void WriteOptions(bool te, bool st, bool source, int windowState = 0, int language = 1) {
         OptionsRecord o = OptionsRecord::Defaults();
         o.OpenGraphTe = te;
         o.OpenGraphSt = st;
         o.OpenSource = source;
         o.ShowWarnings = false;
         o.FirstRun = false;
+        o.MainWindowState = int16_t(windowState);
+        o.Language = uint8_t(language);
         test::WriteBytes(OptionsPath(), o.ToBytes());
+    }
+    // A start at the size the window opens with, the views of the default options.
+    frmMain *StartDesktop(int windowState = 0, const QStringList &args = {}, int language = 1) {
+        WriteOptions(true, false, true, windowState, language);
+        Data() = MeasurementData{};
+        if (!StartUp(0, args)) return nullptr;
+        QTest::qWait(20);
+        return MainForm();
+    }
+    static QList<QMdiSubWindow *> Visible(frmMain *m) {
+        QList<QMdiSubWindow *> out;
+        for (QMdiSubWindow *w : m->mdiArea->subWindowList())
+            if (w->isVisible()) out << w;
+        return out;
+    }
+    static QString Documents() {
+        const QString docs = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+        return QFileInfo(docs).isDir() ? docs : QDir::homePath();
     }
     frmMain *Start(const QStringList &args = {}) {
         Data() = MeasurementData{};
@@ -60,15 +89,6 @@ class ViewsTest : public QObject {
     void Shot(frmMain *m, const char *step) {
         test::Snapshot(
             m, QStringLiteral("views_%1_%2").arg(++shot_, 2, 10, QLatin1Char('0')).arg(QLatin1String(step)));
-    }
-    // File > Open with the dialog answered by `file`.
-    static void OpenFromMenu(frmMain *m, const QString &file) {
-        CommonDialog::SetResponder([file](const CommonDialog &, bool) -> std::optional<CommonDialog::Answer> {
-            return CommonDialog::Answer{file, 1};
-        });
-        m->mnuSubFile[0]->trigger();
-        CommonDialog::SetResponder(nullptr);
-        QTest::qWait(20);
     }
     // The view windows standing open, by their button; a window closed and waiting to be
     // deleted is not among them.
@@ -102,11 +122,9 @@ private slots:
     }
     void cleanup() {
         CommonDialog::SetResponder(nullptr);
-        if (frmMain *m = MainForm()) {
-            Data().DataSaved = true;
-            ShutDown(m);
-            delete m;
-        }
+        Shared().CommOpen = false;
+        Shared().MonitorState = -1;
+        test::CloseMain(MainForm());
     }
     void cleanupTestCase() { ::close(pty_); }
 
@@ -114,7 +132,7 @@ private slots:
         WriteOptions(false, false, false);
         frmMain *m = Start();
         QVERIFY(m);
-        OpenFromMenu(m, first_);
+        test::OpenFromMenu(m, first_);
         QVERIFY(Open(m).empty());
         // F4, F5, F6 as the person presses them.
         m->activateWindow();
@@ -128,7 +146,7 @@ private slots:
         m->mdiArea->setActiveSubWindow(Open(m).at(13));  // a click on the chart's title
         Shot(m, "three_views");
 
-        OpenFromMenu(m, second_);
+        test::OpenFromMenu(m, second_);
         auto open = Open(m);
         QCOMPARE(open.size(), size_t(3));
         for (auto &[b, w] : open) QCOMPARE(w->geometry(), where.at(b));
@@ -155,7 +173,7 @@ private slots:
 
         // A view the person closed stays closed.
         open.at(14)->close();
-        OpenFromMenu(m, third_);
+        test::OpenFromMenu(m, third_);
         open = Open(m);
         QCOMPARE(open.size(), size_t(2));
         QVERIFY(!open.count(14) && !Shared().GraphStOpen);
@@ -167,14 +185,14 @@ private slots:
         WriteOptions(false, true, false);
         frmMain *m = Start();
         QVERIFY(m);
-        OpenFromMenu(m, first_);
+        test::OpenFromMenu(m, first_);
         auto open = Open(m);
         QCOMPARE(open.size(), size_t(1));
         QVERIFY(open.count(14));
         // The list the person opens comes back beside the one the options ask for.
         m->tbrToolbar_ButtonClick(15);
         Open(m).at(15)->setGeometry(30, 300, 800, 320);
-        OpenFromMenu(m, second_);
+        test::OpenFromMenu(m, second_);
         open = Open(m);
         QCOMPARE(open.size(), size_t(2));
         QVERIFY(open.count(14) && open.count(15));
@@ -224,7 +242,7 @@ private slots:
             }
         });
         answer.start(10);
-        OpenFromMenu(m, broken_);
+        test::OpenFromMenu(m, broken_);
         answer.stop();
         QVERIFY(said.contains(ResString(7)));
         QCOMPARE(Data().DataCount, 10);  // the record holds the new count and part of the new samples
@@ -241,6 +259,136 @@ private slots:
         QCOMPARE(c->Count(3), 30);
         QCOMPARE(c->Label(0), firstLabel);
         Shot(m, "value_order_after_failure");
+    }
+
+    void opensToFitTheScreen() {
+        frmMain *m = StartDesktop();
+        QVERIFY(m);
+        const QRect free = m->screen()->availableGeometry();
+        QVERIFY(free.contains(m->geometry()));
+        QCOMPARE(m->width(), int(free.width() * 0.8 + 0.5));
+        QVERIFY(qAbs(m->geometry().center().x() - free.center().x()) <= 1);
+    }
+
+    // The panel kept growing with the session's state, and took the child windows' close
+    // buttons off the right edge with it. The Italian states are the longer ones.
+    void infoPanelKeepsItsWidthWhenTheLinkComesUp() {
+        frmMain *m = StartDesktop(0, {QStringLiteral("-L"), first_}, 0);
+        QVERIFY(m);
+        QVERIFY(QTest::qWaitForWindowExposed(m));
+        QDockWidget *dock = m->DockControl_.Dock(QStringLiteral("frmInfo"));
+        QVERIFY(dock && dock->isVisible());
+        const int before = dock->width();
+        const int areaBefore = m->mdiArea->width();
+        for (int state : {1, 0}) {
+            Shared().CommOpen = true;
+            Shared().MonitorState = state;
+            m->UpdateInfo();
+            QTest::qWait(30);
+            QCOMPARE(dock->width(), before);
+            QCOMPARE(m->mdiArea->width(), areaBefore);
+            for (QLabel *l : {m->Info->lblMonitorStatus, m->Info->lblCommStatus})
+                QVERIFY2(l->contentsRect().width() >= l->fontMetrics().horizontalAdvance(l->text()),
+                         qPrintable(l->text()));
+        }
+        // A long value is cut at the edge and shown whole in its tooltip.
+        Data().DataSource =
+            QStringLiteral("/home/someone/") + QString(300, QLatin1Char('x')) + QStringLiteral(".log");
+        m->UpdateInfo();
+        m->Info->lblDataSource->grab();
+        QCOMPARE(dock->width(), before);
+        QCOMPARE(m->Info->lblDataSource->toolTip(), Data().DataSource);
+        test::Snapshot(m, QStringLiteral("desktop_link_up"));
+    }
+
+    void childWindowsStayInSight() {
+        frmMain *m = StartDesktop(0, {QStringLiteral("-L"), first_});
+        QVERIFY(m);
+        m->resize(760, 520);
+        QTest::qWait(20);
+        const QRect area = m->mdiArea->viewport()->rect();
+        m->tbrToolbar_ButtonClick(14);  // F5: the statistics chart, larger than the area is high
+        QMdiSubWindow *stats = m->mdiArea->activeSubWindow();
+        QVERIFY(stats && stats->property("viewButton").toInt() == 14);
+        QVERIFY(area.contains(stats->geometry()));
+        m->tbrToolbar_ButtonClick(19);  // the warnings too: four windows in a low area
+        m->resize(760, 420);
+        QTest::qWait(20);
+        m->tbrToolbar_ButtonClick(21);
+        const QRect low = m->mdiArea->viewport()->rect();
+        QCOMPARE(Visible(m).size(), 4);
+        for (QMdiSubWindow *w : Visible(m)) QVERIFY2(low.contains(w->geometry()), qPrintable(w->windowTitle()));
+        test::Snapshot(m, QStringLiteral("desktop_tiled_low"));
+    }
+
+    void maximisedStartTilesToTheMaximisedSize() {
+        frmMain *m = StartDesktop(2, {QStringLiteral("-L"), first_});
+        QVERIFY(m);
+        QVERIFY(m->isMaximized());
+        const QSize area = m->mdiArea->viewport()->size();
+        int right = 0, bottom = 0;
+        for (QMdiSubWindow *w : Visible(m)) {
+            right = qMax(right, w->geometry().right() + 1);
+            bottom = qMax(bottom, w->geometry().bottom() + 1);
+        }
+        QCOMPARE(right, area.width());
+        QVERIFY2(area.height() - bottom < 4,
+                 qPrintable(QStringLiteral("%1 of %2").arg(bottom).arg(area.height())));
+    }
+
+    void fileDialogsOpenInTheFolderOfTheirKind() {
+        frmMain *m = StartDesktop(0, {QStringLiteral("-L"), first_});
+        QVERIFY(m);
+        Options().LastPath = OptionText(AppDir());  // as a first start leaves it
+        QStringList opened;
+        QString answer;
+        CommonDialog::SetResponder([&](const CommonDialog &d, bool) -> std::optional<CommonDialog::Answer> {
+            opened << QDir::cleanPath(d.InitDir);
+            if (answer.isEmpty()) return std::nullopt;
+            return CommonDialog::Answer{answer, 1};
+        });
+        frmGraphTe *chart = frmGraphTe::Current();
+        QVERIFY(chart);
+        chart->SaveImage();
+        m->tbrToolbar_ButtonClick(2);
+        m->tbrToolbar_ButtonClick(4);
+        QCOMPARE(opened, QStringList(3, QDir::cleanPath(Documents())));
+
+        const QString pictures = dir_.filePath(QStringLiteral("pictures")),
+                      tables = dir_.filePath(QStringLiteral("tables"));
+        QDir().mkpath(pictures);
+        QDir().mkpath(tables);
+        answer = pictures + QStringLiteral("/chart.jpg");
+        chart->SaveImage();
+        answer = tables + QStringLiteral("/table.csv");
+        m->tbrToolbar_ButtonClick(4);
+        QVERIFY(QFileInfo::exists(answer));
+        answer.clear();
+        opened.clear();
+        chart->SaveImage();
+        m->tbrToolbar_ButtonClick(4);
+        m->tbrToolbar_ButtonClick(2);
+        QCOMPARE(opened, (QStringList{pictures, tables, QDir::cleanPath(Documents())}));
+        QCOMPARE(Options().LastPath.trimmed(), AppDir());  // an export leaves the logs' folder alone
+    }
+
+    // The colour dialog shares its properties with the file commands, and kept the title
+    // of the last of them.
+    void colourDialogHasItsOwnTitle() {
+        frmMain *m = StartDesktop(0, {QStringLiteral("-L"), first_});
+        QVERIFY(m);
+        CommonDialog::SetResponder([](const CommonDialog &, bool) { return std::nullopt; });
+        frmGraphTe::Current()->SaveImage();
+        QCOMPARE(m->dlgFile.DialogTitle, ResString(3007));
+        CommonDialog::SetResponder(nullptr);
+        frmSettings settings(m);
+        QString title;
+        test::WhenModal([&](QWidget *w) {
+            title = w->windowTitle();
+            w->close();
+        });
+        settings.pctColor[0]->click();
+        QCOMPARE(title, ResString(3060) + QStringLiteral(": ") + ResString(4062));
     }
 };
 
