@@ -28,7 +28,8 @@ const fm::MeasurementData &Year() {
         std::normal_distribution<double> noise(0, 0.02);
         for (int32_t i = 1; i <= kSamples; ++i) {
             const double base = 0.3 + 0.25 * std::sin(i / 8640.0 * 6.283) + (i % 100000 < 500 ? 3.0 : 0.0);
-            m.DataValue[size_t(i)] = i % 50000 == 7 ? -1.0 : std::round(std::fabs(base + noise(rng)) * 100) / 100;
+            m.DataValue[size_t(i)] =
+                i % 50000 == 7 ? -1.0 : std::round(std::fabs(base + noise(rng)) * 100) / 100;
         }
         return m;
     }();

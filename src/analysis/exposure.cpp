@@ -16,15 +16,14 @@ constexpr int64_t kDayMs = 24 * kHourMs;
 // The step in milliseconds, as date arithmetic adds it (which takes "w" and "y" for days);
 // 0 for a unit of no fixed length.
 int64_t StepMs(const MeasurementData &d) {
-    if (d.DataStep <= 0) return 0;
-    const QString u = d.DataStepUnit.toLower();
-    int64_t unit = 0;
-    if (u == QLatin1String("s")) unit = 1000;
-    else if (u == QLatin1String("n")) unit = 60 * 1000;
-    else if (u == QLatin1String("h")) unit = kHourMs;
-    else if (u == QLatin1String("d") || u == QLatin1String("w") || u == QLatin1String("y")) unit = kDayMs;
-    else if (u == QLatin1String("ww")) unit = 7 * kDayMs;
-    return unit * d.DataStep;
+    static const std::pair<const char *, int64_t> units[] = {
+        {"s", 1000},   {"n", 60 * 1000}, {"h", kHourMs},    {"d", kDayMs},
+        {"w", kDayMs}, {"y", kDayMs},    {"ww", 7 * kDayMs}};
+    if (d.DataStep > 0)
+        for (const auto &[letter, ms] : units)
+            if (d.DataStepUnit.compare(QLatin1String(letter), Qt::CaseInsensitive) == 0)
+                return ms * d.DataStep;
+    return 0;
 }
 
 // The floats keep only what a value's own text says: widened back, 0.35f reads 0.35 again.
@@ -41,7 +40,7 @@ struct Gathering {
     int64_t first = 0;
     int32_t samples = 0, valid = 0;
 };
-} // namespace
+}  // namespace
 
 ExposureFigures ComputeExposure(const MeasurementData &d, float threshold) {
     return Trap("ComputeExposure", ExposureFigures{}, [&] {
@@ -139,11 +138,12 @@ ExposureFigures ComputeExposure(const MeasurementData &d, float threshold) {
         f.mean = sum / double(m);
         f.maximum = maximum;
         f.abovePercent = double(f.aboveSamples) * 100 / double(m);
-        // Ascending ranks, so each selection only searches above the one before.
+        // Ascending ranks, so each selection only searches above the one before; a rank
+        // equal to the one before is already in place.
         int64_t done = 0;
         const auto rank = [&](int k) {
             const int64_t r = (int64_t(k) * m + 99) / 100;
-            std::nth_element(vals + done, vals + r - 1, vals + m);
+            if (r > done) std::nth_element(vals + done, vals + r - 1, vals + m);
             done = r;
             return Widen(vals[r - 1]);
         };
@@ -161,7 +161,8 @@ std::span<const ExposureReference> BuiltInReferences() {
         {QStringLiteral("it-quality"), QStringLiteral("Italian quality objective"), 3, B::DailyMedian},
         {QStringLiteral("it-attention"), QStringLiteral("Italian attention value"), 10, B::DailyMedian},
         {QStringLiteral("it-limit"), QStringLiteral("Italian exposure limit"), 100, B::Maximum},
-        {QStringLiteral("eu-1999"), QStringLiteral("EU 1999/519/EC reference level at 50 Hz"), 100, B::Maximum},
+        {QStringLiteral("eu-1999"), QStringLiteral("EU 1999/519/EC reference level at 50 Hz"), 100,
+         B::Maximum},
         {QStringLiteral("icnirp-public"), QStringLiteral("ICNIRP 2010 general public"), 200, B::Maximum},
         {QStringLiteral("icnirp-workers"), QStringLiteral("ICNIRP 2010 workers"), 1000, B::Maximum},
     };
@@ -182,7 +183,8 @@ ReferenceVerdict Judge(const ExposureFigures &figures, const ExposureReference &
     ReferenceVerdict out;
     if (reference.basis == ExposureBasis::Maximum) {
         out.figure = figures.maximum;
-        if (figures.maximum) out.verdict = *figures.maximum > reference.value ? Verdict::Exceeded : Verdict::Met;
+        if (figures.maximum)
+            out.verdict = *figures.maximum > reference.value ? Verdict::Exceeded : Verdict::Met;
         return out;
     }
     out.figure = figures.highestMedian;
@@ -191,8 +193,10 @@ ReferenceVerdict Judge(const ExposureFigures &figures, const ExposureReference &
     bool allComplete = !p.empty();
     int32_t worst = -1;  // the complete period of the highest median
     for (size_t k = 0; k < p.size(); ++k) {
-        if (!p[k].complete) allComplete = false;
-        else if (worst < 0 || *p[k].median > *p[size_t(worst)].median) worst = int32_t(k);
+        if (!p[k].complete)
+            allComplete = false;
+        else if (worst < 0 || *p[k].median > *p[size_t(worst)].median)
+            worst = int32_t(k);
     }
     if (worst >= 0 && *p[size_t(worst)].median > reference.value) {
         out.verdict = Verdict::Exceeded;
@@ -209,12 +213,8 @@ QString BasisId(ExposureBasis basis) {
 }
 
 QString VerdictId(Verdict verdict) {
-    switch (verdict) {
-    case Verdict::Met: return QStringLiteral("met");
-    case Verdict::Exceeded: return QStringLiteral("exceeded");
-    case Verdict::NotConclusive: break;
-    }
-    return QStringLiteral("not-conclusive");
+    if (verdict == Verdict::Met) return QStringLiteral("met");
+    return verdict == Verdict::Exceeded ? QStringLiteral("exceeded") : QStringLiteral("not-conclusive");
 }
 
-} // namespace fm
+}  // namespace fm

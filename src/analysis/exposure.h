@@ -20,12 +20,12 @@ struct MeasurementData;
 // A sample belongs to the period its date falls in. Periods that hold no sample at all
 // (only with a step longer than 24 hours) are left out.
 struct DailyPeriod {
-    double start = 0;               // OLE date
-    std::optional<double> median;   // of the samples with data; none without any
-    int32_t samples = 0;            // in the period, with data or not
-    int32_t valid = 0;              // with data
-    double coverage = 0;            // valid / samples
-    bool complete = false;          // coverage of at least 90 %
+    double start = 0;              // OLE date
+    std::optional<double> median;  // of the samples with data; none without any
+    int32_t samples = 0;           // in the period, with data or not
+    int32_t valid = 0;             // with data
+    double coverage = 0;           // valid / samples
+    bool complete = false;         // coverage of at least 90 %
     // The last period, when the measurement ends before its 24 hours do: it holds fewer
     // samples than a full period would at the step. Its coverage counts only the samples
     // the measurement spans in it.
@@ -49,8 +49,8 @@ struct ExposureFigures {
     int32_t aboveSamples = 0;
     double aboveSeconds = 0;
     double abovePercent = 0;  // of the samples with data; 0 without any
-    // The longest run of consecutive samples above the threshold; a sample without data
-    // breaks a run. The start is the OLE date of its first sample.
+    // The longest run of consecutive samples above the threshold (the first, of equal
+    // ones); a sample without data breaks a run. The start is its first sample's OLE date.
     double longestRunSeconds = 0;
     std::optional<double> longestRunStart;
     // Slot h: the mean of the samples with data whose time of day lies in hour h.
@@ -64,8 +64,8 @@ enum class ExposureBasis { DailyMedian, Maximum };
 enum class Verdict { Met, Exceeded, NotConclusive };
 
 struct ExposureReference {
-    QString id;    // for the command line, e.g. "it-quality"
-    QString name;  // English
+    QString id;        // for the command line, e.g. "it-quality"
+    QString name;      // English
     double value = 0;  // µT
     ExposureBasis basis = ExposureBasis::Maximum;
 };
@@ -96,4 +96,4 @@ ReferenceVerdict Judge(const ExposureFigures &figures, const ExposureReference &
 QString BasisId(ExposureBasis basis);
 QString VerdictId(Verdict verdict);
 
-} // namespace fm
+}  // namespace fm

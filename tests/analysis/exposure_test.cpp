@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <numeric>
 #include <random>
 
 using namespace fm;
@@ -27,173 +28,129 @@ MeasurementData Set(std::vector<double> values, const char *unit = "h", int step
     return d;
 }
 
-// Counts of equal values, one after the other.
-std::vector<double> Levels(std::initializer_list<std::pair<int, double>> parts) {
-    std::vector<double> v;
-    for (const auto &[count, value] : parts) v.insert(v.end(), size_t(count), value);
-    return v;
-}
-
-struct Period {
-    int samples, valid;
-    std::optional<double> median;
-    bool complete, partial;
-};
+// A period as expected: samples, with data, median, "c" when complete and "p" when partial.
+using Period = std::tuple<int32_t, int32_t, std::optional<double>, std::string>;
+const ExposureReference kQuality = *FindReference(u"it-quality");  // 3 µT, 24-hour median
 }  // namespace
 
-TEST(Exposure, DailyPeriods) {
+TEST(Exposure, DailyPeriodsAndTheirVerdict) {
+    using V = Verdict;
+    const auto full = [](double median) { return Period{24, 24, median, "c"}; };
     const struct {
-        const char *what;
-        MeasurementData d;
+        std::vector<std::pair<int, double>> levels;  // counts of equal values, from noon
         std::vector<Period> periods;
+        Verdict quality = Verdict::Met;
+        const char *unit = "h";
+        int step = 1;
     } cases[] = {
-        {"constant", Set(Levels({{48, 2.5}})), {{24, 24, 2.5, true, false}, {24, 24, 2.5, true, false}}},
+        {{{48, 3}}, {full(3), full(3)}},  // 3 is not above 3
         // Periods run from the start, not from midnight: the first mixes both levels.
-        {"step at midnight", Set(Levels({{12, 1}, {36, 4}})), {{24, 24, 2.5, true, false}, {24, 24, 4, true, false}}},
-        {"a day without data", Set(Levels({{24, 1}, {24, -1}, {24, 0.5}})),
-         {{24, 24, 1, true, false}, {24, 0, {}, false, false}, {24, 24, 0.5, true, false}}},
-        // Ten samples a day: nine with data are 90 %, eight are not enough.
-        {"coverage edge", Set(Levels({{9, 2}, {1, -1}, {8, 3}, {2, 0}}), "n", 144),
-         {{10, 9, 2, true, false}, {10, 8, 3, false, false}}},
-        {"short last day", Set(Levels({{24, 1}, {1, 3}, {1, -1}})), {{24, 24, 1, true, false}, {2, 1, 3, false, true}}},
-        {"7-hour step", Set(Levels({{10, 1}}), "h", 7), {{4, 4, 1, true, false}, {3, 3, 1, true, false}, {3, 3, 1, true, true}}},
-        {"daily step", Set({1, 2, 3}, "d"), {{1, 1, 1, true, false}, {1, 1, 2, true, false}, {1, 1, 3, true, false}}},
-        {"30 s step", Set(Levels({{2881, 1}}), "s", 30), {{2880, 2880, 1, true, false}, {1, 1, 1, true, true}}},
-        {"15 min step", Set(Levels({{95, 1}, {1, 7}}), "n", 15), {{96, 96, 1, true, false}}},
+        {{{12, 1}, {36, 4}}, {full(2.5), full(4)}, V::Exceeded},
+        {{{24, 1}, {24, -1}, {24, 3.5}}, {full(1), {24, 0, {}, ""}, full(3.5)}, V::Exceeded},
+        // Ten samples a day: nine with data are 90 %, eight are not enough to exceed.
+        {{{9, 2}, {1, -1}, {8, 5}, {2, 0}}, {{10, 9, 2, "c"}, {10, 8, 5, ""}}, V::NotConclusive, "n", 144},
+        {{{24, 1}, {1, 3}, {1, -1}}, {full(1), {2, 1, 3, "p"}}, V::NotConclusive},
+        {{{10, 1}}, {{4, 4, 1, "c"}, {3, 3, 1, "c"}, {3, 3, 1, "cp"}}, V::Met, "h", 7},
+        {{{2881, 1}}, {{2880, 2880, 1, "c"}, {1, 1, 1, "cp"}}, V::Met, "s", 30},
     };
     for (const auto &c : cases) {
-        SCOPED_TRACE(c.what);
-        const ExposureFigures f = ComputeExposure(c.d, 1);
-        ASSERT_EQ(f.periods.size(), c.periods.size());
-        for (size_t k = 0; k < f.periods.size(); ++k) {
-            const DailyPeriod &p = f.periods[k];
-            const Period &e = c.periods[k];
-            EXPECT_EQ(p.start, DateAdd(QStringLiteral("d"), double(k), kStart));
-            EXPECT_EQ(std::tie(p.samples, p.valid, p.median, p.complete, p.partial),
-                      std::tie(e.samples, e.valid, e.median, e.complete, e.partial)) << "period " << k;
-            EXPECT_DOUBLE_EQ(p.coverage, double(e.valid) / e.samples);
-        }
+        std::vector<double> values;
+        for (const auto &[count, value] : c.levels) values.insert(values.end(), size_t(count), value);
+        const ExposureFigures f = ComputeExposure(Set(values, c.unit, c.step), 1);
+        std::vector<Period> got;
+        for (const DailyPeriod &p : f.periods)
+            got.emplace_back(p.samples, p.valid, p.median,
+                             std::string(p.complete ? "c" : "") + (p.partial ? "p" : ""));
+        EXPECT_EQ(got, c.periods) << values.size();
+        EXPECT_EQ(Judge(f, kQuality).verdict, c.quality) << values.size();
     }
 }
 
 TEST(Exposure, PercentilesTakeTheRankAbove) {
+    using V = Verdict;
+    std::vector<double> twenty(20);  // 20 down to 1
+    std::iota(twenty.rbegin(), twenty.rend(), 1.0);
     const struct {
-        std::vector<double> values;
         double p50, p90, p95, p99, max;
+        Verdict atTen;  // the maximum against 10
+        std::vector<double> values;
     } cases[] = {
-        {{3, -1, 10, 1, 7, 0, 2, 9, 4, 8, 6, 5}, 5, 9, 10, 10, 10},
-        {{0.1, 0.7, 0.3, 0.6, 0.2, 0.5, 0.4}, 0.4, 0.7, 0.7, 0.7, 0.7},
-        {{0.35}, 0.35, 0.35, 0.35, 0.35, 0.35},
-        {{}, 10, 18, 19, 20, 20},  // 95 % of 20 is 19 exactly
-        {{}, 50, 90, 95, 99, 100},  // empty: max down to 1, with a mark
+        {5, 9, 10, 10, 10, V::Met, {3, -1, 10, 1, 7, 0, 2, 9, 4, 8, 6, 5}},
+        {0.4, 0.7, 0.7, 0.7, 0.7, V::Met, {0.1, 0.7, 0.3, 0.6, 0.2, 0.5, 0.4}},
+        {10, 18, 19, 20, 20, V::Exceeded, twenty},  // 95 % of 20 falls on rank 19 itself
     };
+    const ExposureReference ten = CustomReference(QStringLiteral("mine"), 10, ExposureBasis::Maximum);
     for (const auto &c : cases) {
-        std::vector<double> v = c.values;
-        if (v.empty()) {
-            for (int i = int(c.max); i >= 1; --i) v.push_back(i);
-            v.insert(v.begin() + 3, -1);
-        }
-        const ExposureFigures f = ComputeExposure(Set(v), 1);
-        EXPECT_EQ(std::tie(*f.p50, *f.p90, *f.p95, *f.p99, *f.maximum), std::tie(c.p50, c.p90, c.p95, c.p99, c.max))
-            << c.max;
+        const ExposureFigures f = ComputeExposure(Set(c.values), 1);
+        EXPECT_EQ(std::tie(*f.p50, *f.p90, *f.p95, *f.p99, *f.maximum),
+                  std::tie(c.p50, c.p90, c.p95, c.p99, c.max));
+        EXPECT_EQ(Judge(f, ten).verdict, c.atTen) << c.max;
     }
 }
 
 TEST(Exposure, HoursAndTimeAboveThreshold) {
     // 20-minute steps from 23:00; 0.7 is not above 0.7f, as the warnings count.
     const ExposureFigures f =
-        ComputeExposure(Set({0.7, 2, 3, 4, -1, 6, 2, 2, 2}, "n", 20, DateFromParts(2026, 3, 1, 23)), 0.7f);
-    for (size_t h = 2; h < 23; ++h) EXPECT_FALSE(f.hourlyMean[h]);
-    EXPECT_DOUBLE_EQ(*f.hourlyMean[23], (0.7 + 2 + 3) / 3);
-    EXPECT_DOUBLE_EQ(*f.hourlyMean[0], 5);
-    EXPECT_DOUBLE_EQ(*f.hourlyMean[1], 2);
-    EXPECT_EQ(f.aboveSamples, 7);
-    EXPECT_EQ(f.aboveSeconds, 7 * 1200);
-    EXPECT_EQ(f.abovePercent, 87.5);
-    EXPECT_EQ(f.longestRunSeconds, 4 * 1200);  // the mark cuts 2, 3, 4 off from 6, 2, 2, 2
-    EXPECT_EQ(f.longestRunStart, DateFromParts(2026, 3, 2, 0, 40));
-    EXPECT_DOUBLE_EQ(*f.mean, 21.7 / 8);
+        ComputeExposure(Set({0.7, 2, 3, 4, 5, -1, 6, 2, 2, 2}, "n", 20, DateFromParts(2026, 3, 1, 23)), 0.7f);
+    for (size_t h = 3; h < 23; ++h) EXPECT_FALSE(f.hourlyMean[h]);
+    EXPECT_EQ(std::tie(*f.hourlyMean[23], *f.hourlyMean[0], *f.hourlyMean[1], *f.hourlyMean[2]),
+              std::make_tuple((0.7 + 2 + 3) / 3, 4.5, 10.0 / 3, 2.0));
+    EXPECT_EQ(std::tie(f.aboveSamples, f.aboveSeconds), std::make_tuple(8, 8 * 1200.0));
+    EXPECT_DOUBLE_EQ(f.abovePercent, 800.0 / 9);
+    // The mark cuts two runs of four; the first counts.
+    EXPECT_EQ(f.longestRunSeconds, 4 * 1200);
+    EXPECT_EQ(f.longestRunStart, DateFromParts(2026, 3, 1, 23, 20));
+    EXPECT_DOUBLE_EQ(*f.mean, 26.7 / 9);
 }
 
 TEST(Exposure, NothingToMeasure) {
-    const ExposureFigures none = ComputeExposure(Set({}), 1);
-    const ExposureFigures monthly = ComputeExposure(Set({2, 4}, "m"), 1);
-    EXPECT_TRUE(none.periods.empty() && monthly.periods.empty() && !none.p50 && !none.mean);
-    EXPECT_EQ(*monthly.p50, 2);
-    for (const ExposureReference &r : BuiltInReferences())
-        EXPECT_EQ(Judge(none, r).verdict, Verdict::NotConclusive) << r.id.toStdString();
-}
-
-TEST(Exposure, Verdicts) {
-    using V = Verdict;
-    const struct {
-        std::vector<std::pair<std::optional<double>, bool>> medians;  // with complete
-        double max;
-        V daily, maxBasis;
-        int period;
-    } cases[] = {
-        {{{2.9, true}, {3, true}}, 100, V::Met, V::Met, 1},
-        {{{2, true}, {5, false}}, 100.01, V::NotConclusive, V::Exceeded, 1},
-        {{{3.5, true}, {{}, false}, {4, false}}, 5, V::Exceeded, V::Met, 0},
-        {{{2, true}, {1, false}}, 5, V::NotConclusive, V::Met, 0},
-    };
-    for (const auto &c : cases) {
-        ExposureFigures f;
-        f.maximum = c.max;
-        for (const auto &[median, complete] : c.medians) {
-            f.periods.push_back({0, median, 1, 1, 1, complete, false});
-            if (median && (!f.highestMedian || *median > *f.highestMedian))
-                f.highestMedian = median, f.highestMedianPeriod = int32_t(f.periods.size() - 1);
-        }
-        const ReferenceVerdict daily = Judge(f, CustomReference(QStringLiteral("mine"), 3, ExposureBasis::DailyMedian));
-        EXPECT_EQ(std::tie(daily.verdict, daily.period), std::tie(c.daily, c.period)) << c.max;
-        EXPECT_EQ(Judge(f, *FindReference(u"it-limit")).verdict, c.maxBasis) << c.max;
-    }
-    EXPECT_EQ(FindReference(u"icnirp-workers")->value, 1000);
-    EXPECT_FALSE(FindReference(u"custom"));
+    const ExposureFigures none = ComputeExposure(Set({}), 1), monthly = ComputeExposure(Set({2, 4}, "m"), 1);
+    EXPECT_TRUE(none.periods.empty() && !none.p50 && !none.mean && monthly.periods.empty() &&
+                *monthly.p50 == 2);
+    EXPECT_EQ(Judge(none, kQuality).verdict, Verdict::NotConclusive);
+    EXPECT_EQ(Judge(none, *FindReference(u"icnirp-public")).verdict, Verdict::NotConclusive);
 }
 
 TEST(Exposure, AgreesWithAPlainComputation) {
     std::mt19937 rng(7);
-    const std::pair<const char *, int> steps[] = {{"s", 97}, {"n", 13}, {"h", 2}};
+    const std::pair<const char *, int> steps[] = {{"s", 97}, {"n", 13}, {"h", 2}, {"d", 2}};
     for (const auto &[unit, step] : steps) {
         std::vector<double> v(4000);
         for (double &x : v) x = rng() % 30 == 0 ? -1.0 : double(rng() % 500 + 1) / 100;
         const MeasurementData d = Set(v, unit, step, DateFromParts(2026, 3, 28, 14, 37, 20));
-        const float threshold = 2.5f;
-        const ExposureFigures f = ComputeExposure(d, threshold);
-        std::map<int64_t, std::vector<double>> days;
+        const ExposureFigures f = ComputeExposure(d, 2.5f);
+        std::map<int64_t, std::vector<double>> days;  // by 24 hours from the start
         std::vector<double> all, hours[24];
         int32_t run = 0, longest = 0;
         for (int32_t i = 1; i <= d.DataCount; ++i) {
             const double x = d.DataValue[size_t(i)], when = d.SampleDate(i);
             std::vector<double> &day = days[DateDiff(QStringLiteral("s"), d.DataStart, when) / 86400];
-            if (x < 0) {
-                run = 0;
-                continue;
-            }
+            run = x > 0 && float(x) > 2.5f ? run + 1 : 0;
+            longest = std::max(longest, run);
+            if (x < 0) continue;
             day.push_back(x);
             all.push_back(x);
             hours[DateToDateTime(when).time().hour()].push_back(x);
-            run = float(x) > threshold ? run + 1 : 0;
-            longest = std::max(longest, run);
         }
-        ASSERT_EQ(f.periods.size(), days.size());
-        size_t k = 0;
-        for (auto &[index, values] : days) {
-            std::sort(values.begin(), values.end());
-            const size_t h = values.size() / 2;
-            EXPECT_EQ(f.periods[k++].median, values.size() % 2 ? values[h] : (values[h - 1] + values[h]) / 2);
+        ASSERT_EQ(f.periods.size(), days.size()) << unit;
+        auto period = f.periods.begin();
+        for (auto &[index, x] : days) {
+            std::sort(x.begin(), x.end());
+            const size_t h = x.size() / 2;
+            EXPECT_EQ(period->start, DateAdd(QStringLiteral("d"), double(index), d.DataStart));
+            EXPECT_EQ((period++)->median, x.empty()      ? std::nullopt
+                                          : x.size() % 2 ? std::optional(x[h])
+                                                         : std::optional((x[h - 1] + x[h]) / 2));
         }
         std::sort(all.begin(), all.end());
         const auto pct = [&](int p) { return all[size_t(std::ceil(p * double(all.size()) / 100)) - 1]; };
-        EXPECT_EQ(std::tie(*f.p50, *f.p90, *f.p95, *f.p99), std::make_tuple(pct(50), pct(90), pct(95), pct(99)));
+        EXPECT_EQ(std::tie(*f.p50, *f.p90, *f.p95, *f.p99),
+                  std::make_tuple(pct(50), pct(90), pct(95), pct(99)));
         EXPECT_EQ(f.longestRunSeconds, longest * f.stepSeconds);
         for (size_t h = 0; h < 24; ++h) {
-            double sum = 0;
-            for (double x : hours[h]) sum += x;
-            if (hours[h].empty()) EXPECT_FALSE(f.hourlyMean[h]);
-            else EXPECT_NEAR(*f.hourlyMean[h], sum / double(hours[h].size()), 1e-9);
+            const double sum = std::accumulate(hours[h].begin(), hours[h].end(), 0.0);
+            EXPECT_NEAR(f.hourlyMean[h].value_or(-1), hours[h].empty() ? -1 : sum / double(hours[h].size()),
+                        1e-9);
         }
     }
 }
