@@ -1,5 +1,8 @@
 #include "bench_support.h"
 
+#include "analysis/statistics.h"
+#include "core/data_set.h"
+
 #include <sys/resource.h>
 #include <QByteArray>
 #include <QFile>
@@ -40,4 +43,27 @@ void WriteLog(const QString &path, int32_t samples, int stepSeconds) {
     f.write(chunk);
 }
 
+void MakeDataSet(int32_t n) {
+    fm::InitVariabili();
+    fm::MeasurementData &d = fm::Data();
+    d = fm::MeasurementData{};
+    d.DataPresent = true;
+    d.DataCount = n;
+    d.DataStep = 10;
+    d.DataStepUnit = QStringLiteral("s");
+    d.DataStart = 46000;
+    d.SizeArrays(n);
+    d.DataDateCount = n;
+    for (int32_t i = 1; i <= n; ++i) {
+        const double v = 0.3 + 0.25 * std::sin(i / 8640.0 * 6.283);
+        d.DataX[size_t(i)] = float(v * 0.8);
+        d.DataY[size_t(i)] = float(v * 0.5);
+        d.DataZ[size_t(i)] = float(v * 0.3);
+        d.DataValue[size_t(i)] = std::sqrt(v * v * 0.98);
+        d.SortedValue[size_t(i)] = d.DataValue[size_t(i)];
+        d.SortedIndex[size_t(i)] = i;
+    }
+    fm::CalculateStats(QStringLiteral("Data"));
+    fm::CalculateMediana();
+}
 }  // namespace bench

@@ -11,4 +11,6 @@ long PeakRssMb();
 // 30/12/2025 20:00:00 at `stepSeconds`, so that a long log crosses a year and both
 // summer-time changes.
 void WriteLog(const QString &path, int32_t samples, int stepSeconds);
+// The data set of n samples at a 10-second step, its figures and its order by value made.
+void MakeDataSet(int32_t n);
 }  // namespace bench

@@ -16,30 +16,6 @@
 #include <qcustomplot.h>
 
 namespace {
-void MakeDataSet(int32_t n) {
-    fm::InitVariabili();
-    fm::MeasurementData &d = fm::Data();
-    d = fm::MeasurementData{};
-    d.DataPresent = true;
-    d.DataCount = n;
-    d.DataStep = 10;
-    d.DataStepUnit = QStringLiteral("s");
-    d.DataStart = 46000;
-    d.SizeArrays(n);
-    d.DataDateCount = n;
-    for (int32_t i = 1; i <= n; ++i) {
-        const double v = 0.3 + 0.25 * std::sin(i / 8640.0 * 6.283);
-        d.DataX[size_t(i)] = float(v * 0.8);
-        d.DataY[size_t(i)] = float(v * 0.5);
-        d.DataZ[size_t(i)] = float(v * 0.3);
-        d.DataValue[size_t(i)] = std::sqrt(v * v * 0.98);
-        d.SortedValue[size_t(i)] = d.DataValue[size_t(i)];
-        d.SortedIndex[size_t(i)] = i;
-    }
-    fm::CalculateStats(QStringLiteral("Data"));
-    fm::CalculateMediana();
-}
-
 struct Quiet {
     fm::QuietHost host;
     Quiet() { fm::SetHost(&host); }
@@ -49,7 +25,7 @@ struct Quiet {
 
 static void BM_TimeChartOpen(benchmark::State &state) {
     Quiet quiet;
-    MakeDataSet(int32_t(state.range(0)));
+    bench::MakeDataSet(int32_t(state.range(0)));
     for (auto _ : state) {
         fm::frmGraphTe chart;
         chart.resize(900, 500);
@@ -70,7 +46,7 @@ BENCHMARK(BM_TimeChartOpen)
 static void BM_TimeChartZoomRedraw(benchmark::State &state) {
     Quiet quiet;
     const int32_t n = int32_t(state.range(0));
-    MakeDataSet(n);
+    bench::MakeDataSet(n);
     fm::frmGraphTe chart;
     chart.resize(900, 500);
     chart.show();
@@ -88,7 +64,7 @@ BENCHMARK(BM_TimeChartZoomRedraw)->Arg(1000000)->Arg(10000000)->Unit(benchmark::
 
 static void BM_DataListOpen(benchmark::State &state) {
     Quiet quiet;
-    MakeDataSet(1000000);
+    bench::MakeDataSet(1000000);
     for (auto _ : state) {
         fm::frmSource list;
         list.resize(700, 500);
@@ -101,7 +77,7 @@ BENCHMARK(BM_DataListOpen)->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond)->Itera
 
 static void BM_Histogram_1M(benchmark::State &state) {
     Quiet quiet;
-    MakeDataSet(1000000);
+    bench::MakeDataSet(1000000);
     for (auto _ : state) fm::DoStatistics(0, 1, 11);
 }
 BENCHMARK(BM_Histogram_1M)->Unit(benchmark::kMillisecond);
@@ -109,7 +85,7 @@ BENCHMARK(BM_Histogram_1M)->Unit(benchmark::kMillisecond);
 // One page step of the list, drawn: what a user feels when scrolling.
 static void BM_DataListScrollPage(benchmark::State &state) {
     Quiet quiet;
-    MakeDataSet(1000000);
+    bench::MakeDataSet(1000000);
     fm::frmSource list;
     list.resize(700, 500);
     list.ViewDataSource(false);
