@@ -18,6 +18,7 @@
 #include "shell/widgets/frm_source.h"
 #include "shell/widgets/source_view.h"
 
+#include <QFileInfo>
 #include <QMdiArea>
 #include <QPrinter>
 #include <algorithm>
@@ -32,6 +33,12 @@ ChartControl *ChartOfKind(const QString &kind) {
     if (kind == QLatin1String("ST")) return frmGraphSt::Current() ? frmGraphSt::Current()->teeStatistics : nullptr;
     if (kind == QLatin1String("RF")) return frmGraphRf::Current() ? frmGraphRf::Current()->teeEvolution : nullptr;
     return nullptr;
+}
+
+// "sample-TE": the measurement's file and what prints, so that a PDF of each gets its own name.
+void NameDocument(const QString &what) {
+    const QString file = QFileInfo(Data().DataFile).completeBaseName();
+    SetDocumentName((file.isEmpty() ? QStringLiteral("Fluxmere") : file) + QLatin1Char('-') + what);
 }
 
 // The legend is the page's, not the screen's: it goes again whatever the drawing did.
@@ -100,23 +107,35 @@ void DrawChartPage(PrinterPage &page, const QString &title, ChartControl *chart,
 }
 
 void DrawListPages(PrinterPage &page, const DataList &list, int64_t first, int64_t last, int64_t marked,
-                   const QFont &font) {
+                   const QFont &font, int fromPage, int toPage) {
     QFont bold = font;
     bold.setBold(true);
     page.SetFont(font);
     const double lineHeight = page.TextHeight();
     const double bottom = page.ScaleHeight();
-    page.CurrentY = 0;
+    const auto wanted = [&](int n) { return fromPage <= 0 || (n >= fromPage && (toPage <= 0 || n <= toPage)); };
+    int number = 1;        // the page the next line falls on
+    bool drawn = false;    // whether a page has been drawn on yet
+    double y = 0;
     QString text;
     for (int64_t line = std::max<int64_t>(first, 0); line <= last && line < list.LineCount(); ++line) {
-        if (page.CurrentY + lineHeight > bottom && page.CurrentY > 0) {
-            if (!page.NewPage()) Raise(err::DeviceIO, QStringLiteral("The printer took no further page"));
+        if (y + lineHeight > bottom && y > 0) {
+            ++number;
+            y = 0;
+            if (toPage > 0 && number > toPage) break;
+            if (drawn && wanted(number) && !page.NewPage())
+                Raise(err::DeviceIO, QStringLiteral("The printer took no further page"));
         }
-        text.clear();
-        list.AppendPaddedLine(line, text);
-        page.SetFont(line == marked ? bold : font);
-        page.CurrentX = 50;
-        page.Print(text, line == marked ? QColor(255, 0, 0) : QColor(Qt::black));
+        if (wanted(number)) {
+            text.clear();
+            list.AppendPaddedLine(line, text);
+            page.SetFont(line == marked ? bold : font);
+            page.CurrentX = 50;
+            page.CurrentY = y;
+            page.Print(text, line == marked ? QColor(255, 0, 0) : QColor(Qt::black));
+            drawn = true;
+        }
+        y += lineHeight;
     }
     page.SetFont(font);
 }
@@ -125,6 +144,7 @@ void PrintChart(const QString &title, const QString &kind) {
     frmMain *m = MainForm();
     if (!m || !m->mdiArea->activeSubWindow()) return;
     EnsurePrinterUi();
+    NameDocument(kind);
     clsPrintDialog dialog;
     dialog.Flags = print_flags::HidePrintToFile | print_flags::PageNums;
     if (!dialog.ShowPrinter()) return;
@@ -141,6 +161,7 @@ void PrintData() {
         if (!source || !source->txtSource->List()) return;
         SourceView *text = source->txtSource;
         EnsurePrinterUi();
+        NameDocument(QStringLiteral("list"));
         clsPrintDialog dialog;
         const bool selected = text->SelectionStart() >= 0;
         dialog.Flags = print_flags::HidePrintToFile | print_flags::NoPageNums |
@@ -157,8 +178,12 @@ void PrintData() {
         const int64_t last = selection ? text->SelectionEnd() : list.LineCount() - 1;
         const QFont font = text->font();
         const int64_t marked = text->MarkedLine();
-        PreviewAndPrint(source->window(),
-                        [&](PrinterPage &page) { DrawListPages(page, list, first, last, marked, font); });
+        // The system's dialog offers pages from..to whatever the flags say: they are honoured.
+        const bool pages = dialog.Flags & print_flags::PageNums;
+        const int from = pages ? dialog.FromPage() : 0, to = pages ? dialog.ToPage() : 0;
+        PreviewAndPrint(source->window(), [&](PrinterPage &page) {
+            DrawListPages(page, list, first, last, marked, font, from, to);
+        });
     });
 }
 }  // namespace fm

@@ -25,9 +25,9 @@ inline constexpr int kPrintChartWidth = 12465, kPrintChartHeight = 9345;
 // The page of a chart; the time chart prints with its legend.
 void DrawChartPage(PrinterPage &page, const QString &title, ChartControl *chart, bool legend);
 // Lines first..last of the list in `font`, as many pages as they take; the marked
-// line in bold red, as on the screen.
+// line in bold red, as on the screen. Only pages fromPage..toPage (from 1) when given.
 void DrawListPages(PrinterPage &page, const DataList &list, int64_t first, int64_t last,
-                   int64_t marked, const QFont &font);
+                   int64_t marked, const QFont &font, int fromPage = 0, int toPage = 0);
 // The chart windows' print title: 4083, the two codes trimmed.
 QString ChartPrintTitle();
 }  // namespace fm

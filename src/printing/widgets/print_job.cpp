@@ -11,10 +11,14 @@
 #include <QApplication>
 #include <QBuffer>
 #include <QDialog>
+#include <QDir>
+#include <QFileInfo>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QPdfWriter>
 #include <QPrintDialog>
+#include <QScreen>
+#include <QGuiApplication>
 #include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <QPrinterInfo>
@@ -32,20 +36,30 @@ class QtPrinterUi : public PrinterUi {
 public:
     bool ShowPrinter(clsPrintDialog &d) override {
         QPrinter &printer = CurrentPrinter();
+        // A PDF file is offered under the document's name, in the folder of the last one.
+        if (printer.outputFormat() == QPrinter::PdfFormat && !printer.docName().isEmpty()) {
+            const QString last = printer.outputFileName();
+            const QString dir = last.isEmpty() ? QDir::homePath() : QFileInfo(last).absolutePath();
+            printer.setOutputFileName(QDir(dir).filePath(printer.docName() + QStringLiteral(".pdf")));
+        }
         QPrintDialog dialog(&printer, QApplication::activeWindow());
         using O = QAbstractPrintDialog;
         // The system's raw print-to-file has no counterpart here; a PDF file is always offered.
         O::PrintDialogOptions options = O::PrintToFile | O::PrintShowPageSize | O::PrintCollateCopies;
         if (!(d.Flags & print_flags::NoSelection)) options |= O::PrintSelection;
-        if (!(d.Flags & print_flags::NoPageNums) && d.Max() > 0) options |= O::PrintPageRange;
+        // The system's dialog offers "Pages from ... to" even without page numbers (its print
+        // server would cut them out): the range comes back here instead, so that the preview,
+        // a PDF file and the printer all give the same pages.
+        options |= O::PrintPageRange;
         dialog.setOptions(options);
-        if (options & O::PrintPageRange) {
-            dialog.setMinMax(d.Min(), d.Max());
+        if (d.Max() > 0) {
+            dialog.setMinMax(std::max(d.Min(), 1), d.Max());
             printer.setFromTo(d.FromPage(), d.ToPage());
+        } else {
+            dialog.setMinMax(1, 32767);
+            printer.setFromTo(0, 0);
         }
-        dialog.setPrintRange((d.Flags & print_flags::PageNums) && (options & O::PrintPageRange)
-                                 ? O::PageRange
-                                 : O::AllPages);
+        dialog.setPrintRange((d.Flags & print_flags::PageNums) && d.Max() > 0 ? O::PageRange : O::AllPages);
         if (dialog.exec() != QDialog::Accepted) return false;
         d.Flags &= ~(print_flags::Selection | print_flags::PageNums);
         if (dialog.printRange() == O::Selection) d.Flags |= print_flags::Selection;
@@ -103,8 +117,9 @@ public:
         lay->addWidget(bar);
         lay->addWidget(preview, 1);
         lay->addWidget(buttons);
-        // Room for a whole page on most screens.
-        resize(760, 820);
+        // Room for a whole page, within the screen the window stands on.
+        const QRect screen = (parent ? parent->screen() : QGuiApplication::primaryScreen())->availableGeometry();
+        resize(std::min(760, screen.width() - 40), std::min(820, screen.height() - 60));
         preview->fitInView();
     }
     QPrintPreviewWidget *preview;
@@ -180,6 +195,10 @@ bool PrintPages(const DrawPages &draw) {
     }
     draw(page);
     return page.EndDoc();
+}
+
+void SetDocumentName(const QString &name) {
+    CurrentPrinter().setDocName(name);
 }
 
 bool PreviewAndPrint(QWidget *parent, const DrawPages &draw) {

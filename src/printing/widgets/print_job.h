@@ -22,6 +22,9 @@ void SetStandardLayout(QPagedPaintDevice &device, const QPageSize &size, bool la
 // Registers the system's print dialog for clsPrintDialog, unless one is registered already.
 void EnsurePrinterUi();
 
+// The document's name: the job's name in the printer's queue, and the PDF file offered.
+void SetDocumentName(const QString &name);
+
 // Draws every page of a document on a page that has begun.
 using DrawPages = std::function<void(PrinterPage &)>;
 // Shows the pages in a preview; "Print" sends them to the current printer. False when the

@@ -30,7 +30,9 @@
 #include <QPrintPreviewWidget>
 #include <QPointer>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
@@ -74,6 +76,7 @@ struct Choice {
     bool landscape = false;
     bool selection = false;
     bool cancel = false;
+    int from = 0, to = 0;  // "Pages from" when given
 };
 
 // The print dialog as a person fills it in: "Print to File (PDF)", the file's name, the
@@ -87,6 +90,9 @@ void AnswerPrintDialog(const Choice &c, int *previewPages) {
         auto *printers = dialog->findChild<QComboBox *>(QStringLiteral("printers"));
         printers->setCurrentIndex(printers->count() - 1);
         auto *file = dialog->findChild<QLineEdit *>(QStringLiteral("filename"));
+        // The file offered is named after the log and what prints.
+        QVERIFY2(QRegularExpression(QStringLiteral("/day-(TE|ST|list)\\.pdf$")).match(file->text()).hasMatch(),
+                 qPrintable(file->text()));
         file->selectAll();
         QTest::keyClicks(file, c.pdf);
         if (c.landscape) {
@@ -106,6 +112,15 @@ void AnswerPrintDialog(const Choice &c, int *previewPages) {
             tabs->setCurrentIndex(tabs->indexOf(dialog->findChild<QWidget *>(QStringLiteral("copiesTab"))));
             QVERIFY(radio->isVisible() && radio->isEnabled());
             ClickRadio(radio);
+        }
+        if (c.from) {
+            if (QAbstractButton *more = ButtonEnding(dialog, QStringLiteral(">>"))) QTest::mouseClick(more, Qt::LeftButton);
+            ClickRadio(dialog->findChild<QAbstractButton *>(QStringLiteral("printRange")));
+            for (auto [name, value] : {std::pair{"from", c.from}, std::pair{"to", c.to}}) {
+                auto *box = dialog->findChild<QSpinBox *>(QString::fromLatin1(name));
+                box->selectAll();
+                QTest::keyClicks(box, QString::number(value));
+            }
         }
         // The preview comes next; "Print" there writes the file.
         WhenDialog(
@@ -224,6 +239,16 @@ private slots:
         QVERIFY(all.contains(view->List()->Line(0)));
         const QString last = view->List()->Line(view->List()->LineCount() - 1);
         QVERIFY2(all.contains(last.left(last.indexOf(QLatin1Char(' '), 12))), qPrintable(last));
+
+        // Page 2 alone: neither the heading nor the last row.
+        const QString second = Pdf("second.pdf");
+        Choice page2{second};
+        page2.from = page2.to = 2;
+        QCOMPARE(Print(list->tbrGraphSrc, page2), 1);
+        const QString two = PdfText(second);
+        QVERIFY(!two.trimmed().isEmpty());
+        QVERIFY(!two.contains(view->List()->Line(0)));
+        QVERIFY(!two.contains(last.left(last.indexOf(QLatin1Char(' '), 12))));
 
         // Three rows picked with the keyboard, then "Selection" in the dialog.
         const int64_t first = view->List()->HeadingLines() + 20;
