@@ -14,6 +14,7 @@ pkgs=(
   libwmf-bin fonts-urw-base35  # an independent metafile reader for the tests, and the fonts it needs
   datamash  # the yardstick of bench/compare_datamash.sh
   help2man  # fluxmere-cli's manual page, made from its --help
+  poppler-utils  # the printed pages read back by the tests (pdftotext, pdfinfo)
 )
 missing=()
 for p in "${pkgs[@]}"; do
