@@ -27,6 +27,7 @@
 namespace fm {
 namespace {
 constexpr int kTwipsPerScreenPixel = 15;
+constexpr int64_t kPreviewPages = 300;
 
 ChartControl *ChartOfKind(const QString &kind) {
     if (kind == QLatin1String("TE")) return frmGraphTe::Current() ? frmGraphTe::Current()->teeEvolution : nullptr;
@@ -107,7 +108,7 @@ void DrawChartPage(PrinterPage &page, const QString &title, ChartControl *chart,
 }
 
 void DrawListPages(PrinterPage &page, const DataList &list, int64_t first, int64_t last, int64_t marked,
-                   const QFont &font, int fromPage, int toPage) {
+                   const QFont &font, int fromPage, int toPage, const std::function<void(int)> &onPage) {
     QFont bold = font;
     bold.setBold(true);
     page.SetFont(font);
@@ -125,6 +126,7 @@ void DrawListPages(PrinterPage &page, const DataList &list, int64_t first, int64
             if (toPage > 0 && number > toPage) break;
             if (drawn && wanted(number) && !page.NewPage())
                 Raise(err::DeviceIO, QStringLiteral("The printer took no further page"));
+            if (onPage && wanted(number)) onPage(number);
         }
         if (wanted(number)) {
             text.clear();
@@ -179,10 +181,32 @@ void PrintData() {
         const QFont font = text->font();
         const int64_t marked = text->MarkedLine();
         // The system's dialog offers pages from..to whatever the flags say: they are honoured.
-        const bool pages = dialog.Flags & print_flags::PageNums;
-        const int from = pages ? dialog.FromPage() : 0, to = pages ? dialog.ToPage() : 0;
-        PreviewAndPrint(source->window(), [&](PrinterPage &page) {
-            DrawListPages(page, list, first, last, marked, font, from, to);
+        const bool range = dialog.Flags & print_flags::PageNums;
+        const int from = range ? dialog.FromPage() : 0, to = range ? dialog.ToPage() : 0;
+        const auto draw = [&](PrinterPage &page) { DrawListPages(page, list, first, last, marked, font, from, to); };
+        // A preview holds every page in memory: a year's list goes to the printer without one.
+        int64_t pages = PrinterPage::PagesFor(&CurrentPrinter(), font, last - first + 1);
+        if (to > 0) pages = std::min<int64_t>(pages, to);
+        if (from > 0) pages = std::max<int64_t>(0, pages - from + 1);
+        if (pages <= kPreviewPages) {
+            PreviewAndPrint(source->window(), draw);
+            return;
+        }
+        if (!Host().MessBox(ResString(4436).arg(pages), {}, 1, 0)) return;
+        Host().DoEvents();  // the question goes before the long wait begins
+        Host().SetBusy(true);
+        struct NotBusy {
+            ~NotBusy() {
+                Host().SetPanelText(QString());
+                Host().SetBusy(false);
+            }
+        } notBusy;
+        // The window does not take clicks while the pages are drawn: the panel counts them.
+        const int firstPage = std::max(from, 1);
+        PrintPages([&](PrinterPage &page) {
+            DrawListPages(page, list, first, last, marked, font, from, to, [&](int n) {
+                if (n % 50 == 0) Host().SetPanelText(ResString(4437).arg(n - firstPage + 1).arg(pages));
+            });
         });
     });
 }

@@ -4,6 +4,7 @@
 #include <QFont>
 #include <QString>
 #include <cstdint>
+#include <functional>
 
 namespace fm {
 class ChartControl;
@@ -26,8 +27,10 @@ inline constexpr int kPrintChartWidth = 12465, kPrintChartHeight = 9345;
 void DrawChartPage(PrinterPage &page, const QString &title, ChartControl *chart, bool legend);
 // Lines first..last of the list in `font`, as many pages as they take; the marked
 // line in bold red, as on the screen. Only pages fromPage..toPage (from 1) when given.
+// `onPage` hears of each page begun, by its number.
 void DrawListPages(PrinterPage &page, const DataList &list, int64_t first, int64_t last,
-                   int64_t marked, const QFont &font, int fromPage = 0, int toPage = 0);
+                   int64_t marked, const QFont &font, int fromPage = 0, int toPage = 0,
+                   const std::function<void(int)> &onPage = {});
 // The chart windows' print title: 4083, the two codes trimmed.
 QString ChartPrintTitle();
 }  // namespace fm

@@ -19,6 +19,12 @@ bool PrinterPage::Begin() {
     return painter_->begin(device_);
 }
 
+int64_t PrinterPage::PagesFor(QPagedPaintDevice *device, const QFont &font, int64_t lines) {
+    const double height = QFontMetricsF(font, device).height();
+    const int64_t perPage = std::max<int64_t>(1, int64_t(device->height() / height));
+    return lines <= 0 ? 0 : (lines + perPage - 1) / perPage;
+}
+
 bool PrinterPage::Landscape() const {
     return device_->pageLayout().orientation() == QPageLayout::Landscape;
 }

@@ -21,6 +21,8 @@ public:
     ~PrinterPage();
     // Starts painting; false when the device refused (no printer, a file it cannot make).
     bool Begin();
+    // The pages `lines` lines of `font` take on the device, as the list is laid out.
+    static int64_t PagesFor(QPagedPaintDevice *device, const QFont &font, int64_t lines);
     bool Landscape() const;
     // The printable area, in twips.
     double ScaleWidth() const;
