@@ -14,6 +14,8 @@ pkgs=(
   libwmf-bin fonts-urw-base35  # an independent metafile reader for the tests, and the fonts it needs
   datamash  # the yardstick of bench/compare_datamash.sh
   help2man  # fluxmere-cli's manual page, made from its --help
+  poppler-utils  # the printing tests read their PDFs back with pdftotext and pdfinfo
+  cups printer-driver-cups-pdf  # a print queue of the test's own that makes PDFs
 )
 missing=()
 for p in "${pkgs[@]}"; do
