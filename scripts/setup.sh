@@ -15,6 +15,7 @@ pkgs=(
   datamash  # the yardstick of bench/compare_datamash.sh
   help2man  # fluxmere-cli's manual page, made from its --help
   poppler-utils  # the printed pages read back by the tests (pdftotext, pdfinfo)
+  cups printer-driver-cups-pdf  # a print queue of the test's own that makes PDFs
 )
 missing=()
 for p in "${pkgs[@]}"; do
