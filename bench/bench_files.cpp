@@ -25,15 +25,10 @@ const QString &BigLog() {
 
 using bench::PeakRssMb;
 
-struct Quiet {
-    fm::QuietHost host;
-    Quiet() { fm::SetHost(&host); }
-    ~Quiet() { fm::SetHost(nullptr); }
-};
 } // namespace
 
 static void BM_LoadFile_1M(benchmark::State &state) {
-    Quiet quiet;
+    bench::Quiet quiet;
     const QString &path = BigLog();
     const long before = PeakRssMb();
     for (auto _ : state) {
@@ -46,7 +41,7 @@ static void BM_LoadFile_1M(benchmark::State &state) {
 BENCHMARK(BM_LoadFile_1M)->Unit(benchmark::kMillisecond)->Iterations(5);
 
 static void BM_SaveFile_1M(benchmark::State &state) {
-    Quiet quiet;
+    bench::Quiet quiet;
     fm::Data() = fm::MeasurementData{};
     fm::LoadFile(BigLog());
     QTemporaryDir dir;
@@ -61,7 +56,7 @@ static void BM_SaveFile_1M(benchmark::State &state) {
 BENCHMARK(BM_SaveFile_1M)->Unit(benchmark::kMillisecond)->Iterations(5);
 
 static void BM_StatsAndMedian_1M(benchmark::State &state) {
-    Quiet quiet;
+    bench::Quiet quiet;
     fm::Data() = fm::MeasurementData{};
     fm::LoadFile(BigLog());
     fm::MeasurementData &d = fm::Data();

@@ -13,16 +13,8 @@
 #include <benchmark/benchmark.h>
 #include <memory>
 
-namespace {
-struct Quiet {
-    fm::QuietHost host;
-    Quiet() { fm::SetHost(&host); }
-    ~Quiet() { fm::SetHost(nullptr); }
-};
-}  // namespace
-
 static void BM_PrintTimeChartPdf(benchmark::State &state) {
-    Quiet quiet;
+    bench::Quiet quiet;
     bench::MakeDataSet(int32_t(state.range(0)));
     fm::frmGraphTe chart;
     chart.resize(900, 500);
@@ -37,7 +29,7 @@ static void BM_PrintTimeChartPdf(benchmark::State &state) {
 BENCHMARK(BM_PrintTimeChartPdf)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 static void BM_PrintListPdf(benchmark::State &state) {
-    Quiet quiet;
+    bench::Quiet quiet;
     bench::MakeDataSet(int32_t(state.range(0)));
     fm::SourceView view;
     view.SetList(std::make_unique<fm::DataList>(true));

@@ -2,10 +2,19 @@
 // What several benchmarks share: the peak memory of the process, and a log as a logger
 // writes it. Peaks are for the whole process: run a benchmark alone (--benchmark_filter)
 // to read its own.
+#include "core/host.h"
+
 #include <QString>
 #include <cstdint>
 
 namespace bench {
+// Messages of the program under measure go to stderr, never to a window.
+struct Quiet {
+    fm::QuietHost host;
+    Quiet() { fm::SetHost(&host); }
+    ~Quiet() { fm::SetHost(nullptr); }
+};
+
 long PeakRssMb();
 // A slowly varying field with noise and a sample without data every 50,000, from
 // 30/12/2025 20:00:00 at `stepSeconds`, so that a long log crosses a year and both

@@ -15,16 +15,8 @@
 #include <cmath>
 #include <qcustomplot.h>
 
-namespace {
-struct Quiet {
-    fm::QuietHost host;
-    Quiet() { fm::SetHost(&host); }
-    ~Quiet() { fm::SetHost(nullptr); }
-};
-} // namespace
-
 static void BM_TimeChartOpen(benchmark::State &state) {
-    Quiet quiet;
+    bench::Quiet quiet;
     bench::MakeDataSet(int32_t(state.range(0)));
     for (auto _ : state) {
         fm::frmGraphTe chart;
@@ -44,7 +36,7 @@ BENCHMARK(BM_TimeChartOpen)
     ->Iterations(3);
 
 static void BM_TimeChartZoomRedraw(benchmark::State &state) {
-    Quiet quiet;
+    bench::Quiet quiet;
     const int32_t n = int32_t(state.range(0));
     bench::MakeDataSet(n);
     fm::frmGraphTe chart;
@@ -63,7 +55,7 @@ static void BM_TimeChartZoomRedraw(benchmark::State &state) {
 BENCHMARK(BM_TimeChartZoomRedraw)->Arg(1000000)->Arg(10000000)->Unit(benchmark::kMillisecond)->Iterations(20);
 
 static void BM_DataListOpen(benchmark::State &state) {
-    Quiet quiet;
+    bench::Quiet quiet;
     bench::MakeDataSet(1000000);
     for (auto _ : state) {
         fm::frmSource list;
@@ -76,7 +68,7 @@ static void BM_DataListOpen(benchmark::State &state) {
 BENCHMARK(BM_DataListOpen)->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 static void BM_Histogram_1M(benchmark::State &state) {
-    Quiet quiet;
+    bench::Quiet quiet;
     bench::MakeDataSet(1000000);
     for (auto _ : state) fm::DoStatistics(0, 1, 11);
 }
@@ -84,7 +76,7 @@ BENCHMARK(BM_Histogram_1M)->Unit(benchmark::kMillisecond);
 
 // One page step of the list, drawn: what a user feels when scrolling.
 static void BM_DataListScrollPage(benchmark::State &state) {
-    Quiet quiet;
+    bench::Quiet quiet;
     bench::MakeDataSet(1000000);
     fm::frmSource list;
     list.resize(700, 500);
