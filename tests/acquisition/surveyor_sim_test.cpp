@@ -25,9 +25,7 @@ protected:
     test::Simulator &Start(QStringList args) {
         args << QStringLiteral("--fast") << QStringLiteral("--log") << fresh.Path(QStringLiteral("unit.log"))
              << QStringLiteral("--dump-samples") << fresh.Path(QStringLiteral("samples.txt"));
-        const QString f = ShortDateFormat();
-        if (f.indexOf(QLatin1Char('M')) < f.indexOf(QLatin1Char('d')))
-            args << QStringLiteral("--month-first");
+        if (test::MonthFirst()) args << QStringLiteral("--month-first");
         sim.emplace(fresh.Dir().path(), args, QStringLiteral(FLUXMERE_SURVEYOR_SIM));
         EXPECT_FALSE(sim->device.isEmpty());
         EXPECT_TRUE(SelectPort(0));

@@ -166,7 +166,6 @@ private slots:
         Chart()->chkLogaritmic->setChecked(true);
         QVERIFY(Plot()->Logarithmic());
         QCOMPARE(Plot()->Count(0), 144);
-        test::Snapshot(Chart(), QStringLiteral("time_chart_log"));
         Chart()->chkLogaritmic->setChecked(false);
     }
 
@@ -207,7 +206,6 @@ private slots:
         QVERIFY(!Plot()->CrossVisible());
         ClickLine(LineOf(12));  // a row moves no cross onto a hidden trace
         QVERIFY(!Plot()->CrossVisible());
-        test::Snapshot(m_, QStringLiteral("link_resultant_hidden"));
         QTest::mouseClick(hide, Qt::LeftButton, {}, QPoint(8, hide->height() / 2));
         QVERIFY(!hide->isChecked());
     }
@@ -258,7 +256,6 @@ private slots:
         ClickPoint(3, 70);
         QCOMPARE(Selected(), qint64(2));
         QVERIFY(CrossOn(Plot(), 50));
-        test::Snapshot(m_, QStringLiteral("link_value_order"));
         QTest::mouseClick(bar->widgetForAction(List()->btnOrder), Qt::LeftButton);
         QVERIFY(List()->IsChronological());
     }
@@ -333,8 +330,6 @@ private slots:
             QCOMPARE(Selected(), int64_t(i + 8));
             QVERIFY(c->CrossVisible());
         }
-        QTest::qWait(20);  // the cross is drawn at the next turn of the event loop
-        test::Snapshot(m_, QStringLiteral("rf_point_clicked"));
         // Hidden, the trace takes no cross and selects nothing.
         Shown<frmGraphRf>()->chkHidePlot->setChecked(true);
         QVERIFY(!c->CrossVisible());

@@ -1,6 +1,12 @@
-// The main window as a user meets it: start-up with and without a file, the toolbar
-// and menus, the warnings and info windows, the file dialogs and the way out.
+// The main window as a user meets it: start-up with and without a file, the toolbar and
+// menus, the warnings and info windows, the file dialogs and the way out. Then the views
+// after new data (a second file, a recent file, two files on the command line, the views
+// the options ask for, a load that fails under an open list) and the window on a desktop
+// screen: its size, the information panel, child windows in sight, the dialogs' folders.
 #include "analysis/warnings.h"
+#include "charts/widgets/chart_control.h"
+#include "charts/widgets/frm_graph_st.h"
+#include "charts/widgets/frm_graph_te.h"
 #include "core/app_paths.h"
 #include "core/data_set.h"
 #include "core/language.h"
@@ -8,11 +14,15 @@
 #include "core/regional.h"
 #include "files/log_file.h"
 #include "realtime/realtime_log.h"
+#include "shell/data_list.h"
+#include "shell/file_folders.h"
+#include "shell/widgets/common_dialog.h"
 #include "shell/widgets/frm_about.h"
 #include "shell/widgets/frm_date.h"
 #include "shell/widgets/frm_info.h"
 #include "shell/widgets/frm_main.h"
 #include "shell/widgets/frm_message_box.h"
+#include "shell/widgets/frm_settings.h"
 #include "shell/widgets/frm_source.h"
 #include "shell/widgets/frm_warnings.h"
 #include "shell/widgets/main_entry.h"
@@ -21,17 +31,22 @@
 #include "support/modal.h"
 #include "support/test_env.h"
 
-#include <fcntl.h>
-#include <stdlib.h>
 #include <unistd.h>
 #include <QAction>
+#include <QApplication>
+#include <QDockWidget>
 #include <QLabel>
+#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
+#include <QToolBar>
 #include <QTreeWidget>
 
 using namespace fm;
@@ -39,13 +54,55 @@ using namespace fm;
 class MainWindowTest : public QObject {
     Q_OBJECT
     QTemporaryDir dir_;
-    QString log_;
     int pty_ = -1;  // "Com 1" of the tests: a pseudo-terminal nobody answers on
+    QString log_, first_, second_, third_, broken_;
 
+    static void WriteOptions(bool te, bool st, bool source, int windowState = 0, int language = 1) {
+        OptionsRecord o = OptionsRecord::Defaults();
+        o.OpenGraphTe = te;
+        o.OpenGraphSt = st;
+        o.OpenSource = source;
+        o.ShowWarnings = false;
+        o.FirstRun = false;
+        o.MainWindowState = int16_t(windowState);
+        o.Language = uint8_t(language);
+        test::WriteBytes(OptionsPath(), o.ToBytes());
+    }
     frmMain *Start(const QStringList &args = {}) {
         Data() = MeasurementData{};
         Warnings().clear();
-        return StartUp(0, args) ? MainForm() : nullptr;
+        if (!StartUp(0, args)) return nullptr;
+        MainForm()->resize(1200, 860);
+        QTest::qWait(20);  // the views closed by a second load go
+        return MainForm();
+    }
+    // A start at the size the window opens with, the views of the default options.
+    frmMain *StartDesktop(int windowState = 0, const QStringList &args = {}, int language = 1) {
+        WriteOptions(true, false, true, windowState, language);
+        Data() = MeasurementData{};
+        if (!StartUp(0, args)) return nullptr;
+        QTest::qWait(20);
+        return MainForm();
+    }
+    static QList<QMdiSubWindow *> Visible(frmMain *m) {
+        QList<QMdiSubWindow *> out;
+        for (QMdiSubWindow *w : m->mdiArea->subWindowList())
+            if (w->isVisible()) out << w;
+        return out;
+    }
+    static QString Documents() {
+        const QString docs = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+        return QFileInfo(docs).isDir() ? docs : QDir::homePath();
+    }
+    template <class Form>
+    static Form *Shown(frmMain *m) { return test::Shown<Form>(m); }
+    // The view windows standing open, by their button.
+    static std::map<int, QMdiSubWindow *> Open(frmMain *m) {
+        std::map<int, QMdiSubWindow *> open;
+        for (QMdiSubWindow *w : m->mdiArea->subWindowList())
+            if (w->isVisible() && w->property("viewButton").toInt() > 0)
+                open[w->property("viewButton").toInt()] = w;
+        return open;
     }
 
 private slots:
@@ -54,13 +111,24 @@ private slots:
         pty_ = test::LinkPtyAsCom1(dir_.path());
         QVERIFY(pty_ >= 0);
         log_ = dir_.filePath(QStringLiteral("five.log"));
+        test::WriteBytes(log_, test::FiveSampleLog());
+        first_ = dir_.filePath(QStringLiteral("first.log"));
+        second_ = dir_.filePath(QStringLiteral("second.log"));
+        third_ = dir_.filePath(QStringLiteral("third.log"));
+        broken_ = dir_.filePath(QStringLiteral("broken.log"));
+        test::WriteDayLog(first_, 144, 50);
+        test::WriteDayLog(second_, 60);
+        test::WriteDayLog(third_, 30, 3);
+        // Ten samples announced, three there: the load ends half-way, after the arrays were sized.
         test::WriteBytes(
-            log_, test::LogText({"Field Activity Log", "14/10/2026 08:00:00@14/10/2026 08:05:00@3", "1n", "5",
-                                 "QL540-0042", "Cabina 3", "0.10 0.20 0.30  0", "0.50 0.50 0.50  0",
-                                 "-1 -1 -1 0", "1.00 0.00 0.00  0", "0.20 0.20 0.20  0"}));
+            broken_,
+            test::LogText({"Field Activity Log", "20/10/2026 09:00:00@20/10/2026 10:00:00@3", "1n", "10",
+                           "ID", "Rotta", "9.00 9.00 9.00  0", "8.00 8.00 8.00  0", "7.00 7.00 7.00  0"}));
     }
     void cleanup() {
         CommonDialog::SetResponder(nullptr);
+        Shared().CommOpen = false;
+        Shared().MonitorState = -1;
         test::CloseMain(MainForm());
     }
     void cleanupTestCase() { ::close(pty_); }
@@ -83,7 +151,6 @@ private slots:
         QVERIFY(m->mnuSubMonitor[7]->isEnabled());
         QVERIFY(!m->mnuSubMonitor[2]->isVisible());
         QCOMPARE(m->windowTitle(), ResString(4037));
-        test::Snapshot(m, QStringLiteral("main_empty"));
     }
 
     // A file on the command line: the data buttons on, the findings and the data list up.
@@ -95,7 +162,6 @@ private slots:
         QVERIFY(m->WarningsWindow->isVisible());
         QCOMPARE(m->ButtonValue(19), 1);
         QVERIFY(m->Warnings->trwWarning->topLevelItemCount() >= 5);
-        m->resize(1100, 700);
         test::Snapshot(m, QStringLiteral("main_loaded"));
         // The close box hides the findings; button 19 brings them back.
         m->WarningsWindow->close();
@@ -143,7 +209,6 @@ private slots:
             title = box->windowTitle();
             ok = box->btnOK->text();
             cancelShown = box->btnCancel->isVisible();
-            test::Snapshot(box, QStringLiteral("message_box"));
             box->btnOK->click();
         });
         QVERIFY(MessBox(QStringLiteral("A plain notice")));
@@ -289,8 +354,7 @@ private slots:
     // A live log that a crash left open is offered back at the next start, and loads after.
     void aLiveLogLeftOpenIsOfferedBackAtStart() {
         const QString path = RealTimeLogPath();
-        test::WriteBytes(path, "\"Field Activity Log\"\r\n\"14/10/2026 08:00:00\"\r\n\" 3s\"\r\n          \r\n"
-                               "\"CAB\"\r\n\"Via Po\"\r\n\"0.10 0.20 0.30  0\"\r\n\"0.40 0.50 0.60  0\"\r\n\"0.7");
+        test::WriteBytes(path, test::CrashedLiveLog());
         QStringList asked;
         test::WhenModal([&](QWidget *w) {
             auto *question = qobject_cast<frmMessageBox *>(w);
@@ -343,6 +407,259 @@ private slots:
         ok.lblDate->setText(QStringLiteral("not a date"));
         ok.btnOk->click();
         QCOMPARE(ok.Result, DateFromParts(2001, 1, 1));
+    }
+
+    void aSecondLoadReopensTheViewsWhereTheyStood() {
+        WriteOptions(false, false, false);
+        frmMain *m = Start();
+        QVERIFY(m);
+        test::OpenFromMenu(m, first_);
+        QVERIFY(Open(m).empty());
+        // F4, F5, F6 as the person presses them.
+        m->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m));
+        for (Qt::Key key : {Qt::Key_F4, Qt::Key_F5, Qt::Key_F6}) QTest::keyClick(m, key);
+        QCOMPARE(Open(m).size(), size_t(3));
+        // Each where the person dragged it.
+        const std::map<int, QRect> where{
+            {13, QRect(10, 10, 640, 380)}, {14, QRect(660, 10, 480, 380)}, {15, QRect(60, 400, 900, 300)}};
+        for (auto &[b, w] : Open(m)) w->setGeometry(where.at(b));
+        m->mdiArea->setActiveSubWindow(Open(m).at(13));  // a click on the chart's title
+
+        test::OpenFromMenu(m, second_);
+        auto open = Open(m);
+        QCOMPARE(open.size(), size_t(3));
+        for (auto &[b, w] : open) QCOMPARE(w->geometry(), where.at(b));
+        QCOMPARE(m->mdiArea->activeSubWindow(), open.at(13));
+        QCOMPARE(m->findChildren<frmGraphTe *>().size(), 1);
+        QCOMPARE(m->findChildren<frmGraphSt *>().size(), 1);
+        QCOMPARE(m->findChildren<frmSource *>().size(), 1);
+        QVERIFY(Shared().GraphTeOpen && Shared().GraphStOpen && Shared().SourceOpen);
+        // They show the new data.
+        QCOMPARE(Shown<frmGraphTe>(m)->teeEvolution->Count(3), 60);
+        QCOMPARE(Shown<frmSource>(m)->txtSource->List()->LineCount(), 7 + 60);
+        QCOMPARE(Shown<frmSource>(m)->windowTitle(),
+                 ResString(4074) + QStringLiteral(" [") + second_ + QLatin1Char(']'));
+
+        // A recent file from button 2's drop-down does the same.
+        m->ButtonMenus->actions().at(1)->trigger();  // first.log, behind second.log
+        QCOMPARE(Data().DataFile, first_);
+        open = Open(m);
+        QCOMPARE(open.size(), size_t(3));
+        for (auto &[b, w] : open) QCOMPARE(w->geometry(), where.at(b));
+        QCOMPARE(Shown<frmGraphTe>(m)->teeEvolution->Count(3), 144);
+
+        // A view the person closed stays closed.
+        open.at(14)->close();
+        test::OpenFromMenu(m, third_);
+        open = Open(m);
+        QCOMPARE(open.size(), size_t(2));
+        QVERIFY(!open.count(14) && !Shared().GraphStOpen);
+        QCOMPARE(open.at(13)->geometry(), where.at(13));
+    }
+
+    void theOptionsAddTheirViews() {
+        WriteOptions(false, true, false);
+        frmMain *m = Start();
+        QVERIFY(m);
+        test::OpenFromMenu(m, first_);
+        auto open = Open(m);
+        QCOMPARE(open.size(), size_t(1));
+        QVERIFY(open.count(14));
+        // The list the person opens comes back beside the one the options ask for.
+        m->tbrToolbar_ButtonClick(15);
+        Open(m).at(15)->setGeometry(30, 300, 800, 320);
+        test::OpenFromMenu(m, second_);
+        open = Open(m);
+        QCOMPARE(open.size(), size_t(2));
+        QVERIFY(open.count(14) && open.count(15));
+        QCOMPARE(open.at(15)->geometry(), QRect(30, 300, 800, 320));
+    }
+
+    void twoFilesOnTheCommandLine() {
+        WriteOptions(true, true, true);
+        frmMain *m = Start({QStringLiteral("-L"), first_, QStringLiteral("-L"), second_});
+        QVERIFY(m);
+        QCOMPARE(Data().DataFile, second_);
+        const auto open = Open(m);
+        QCOMPARE(open.size(), size_t(3));
+        QCOMPARE(m->findChildren<frmGraphTe *>().size(), 1);
+        QCOMPARE(m->findChildren<frmGraphSt *>().size(), 1);
+        QCOMPARE(m->findChildren<frmSource *>().size(), 1);
+        QCOMPARE(Shown<frmGraphTe>(m)->teeEvolution->Count(3), 60);
+    }
+
+    // The record is left half new; the list on show keeps what it was made from.
+    void aFailedLoadLeavesTheListAsItWas() {
+        WriteOptions(true, false, true);
+        frmMain *m = Start({QStringLiteral("-L"), third_});
+        QVERIFY(m);
+        frmSource *list = Shown<frmSource>(m);
+        QVERIFY(list);
+        QTest::mouseClick(list->tbrGraphSrc->widgetForAction(list->btnOrder), Qt::LeftButton);
+        QVERIFY(!list->IsChronological());
+        const DataList *shown = list->txtSource->List();
+        QStringList before;
+        for (int64_t i = 0; i < shown->LineCount(); ++i) before << shown->Line(i);
+        QCOMPARE(before.size(), 7 + 30);
+        const QString firstLabel = Shown<frmGraphTe>(m)->teeEvolution->Label(0);
+
+        // The boxes (the fault, then "not loaded") come up while the list stays on screen.
+        QStringList said;
+        QTimer answer;
+        connect(&answer, &QTimer::timeout, [&] {
+            if (QWidget *w = QApplication::activeModalWidget()) {
+                for (QLabel *l : w->findChildren<QLabel *>())
+                    if (!l->text().isEmpty()) said << l->text();
+                list->txtSource->viewport()->repaint();  // the list repaints under the box
+                w->close();
+            }
+        });
+        answer.start(10);
+        test::OpenFromMenu(m, broken_);
+        answer.stop();
+        QVERIFY(said.contains(ResString(7)));
+        QCOMPARE(Data().DataCount, 10);  // the record holds the new count and part of the new samples
+
+        QCOMPARE(Shown<frmSource>(m), list);
+        QCOMPARE(list->txtSource->List(), shown);
+        QStringList after;
+        for (int64_t i = 0; i < shown->LineCount(); ++i) after << shown->Line(i);
+        QCOMPARE(after, before);
+        QVERIFY(!list->IsChronological());
+        list->txtSource->viewport()->repaint();
+        // The chart on show keeps its dates too.
+        ChartControl *c = Shown<frmGraphTe>(m)->teeEvolution;
+        QCOMPARE(c->Count(3), 30);
+        QCOMPARE(c->Label(0), firstLabel);
+    }
+
+    void opensToFitTheScreen() {
+        frmMain *m = StartDesktop();
+        QVERIFY(m);
+        const QRect free = m->screen()->availableGeometry();
+        QVERIFY(free.contains(m->geometry()));
+        QCOMPARE(m->width(), int(free.width() * 0.8 + 0.5));
+        QVERIFY(qAbs(m->geometry().center().x() - free.center().x()) <= 1);
+    }
+
+    // The panel kept growing with the session's state, and took the child windows' close
+    // buttons off the right edge with it. The Italian states are the longer ones.
+    void infoPanelKeepsItsWidthWhenTheLinkComesUp() {
+        frmMain *m = StartDesktop(0, {QStringLiteral("-L"), first_}, 0);
+        QVERIFY(m);
+        QVERIFY(QTest::qWaitForWindowExposed(m));
+        QDockWidget *dock = m->DockControl_.Dock(QStringLiteral("frmInfo"));
+        QVERIFY(dock && dock->isVisible());
+        const int before = dock->width();
+        const int areaBefore = m->mdiArea->width();
+        for (int state : {1, 0}) {
+            Shared().CommOpen = true;
+            Shared().MonitorState = state;
+            m->UpdateInfo();
+            QTest::qWait(30);
+            QCOMPARE(dock->width(), before);
+            QCOMPARE(m->mdiArea->width(), areaBefore);
+            for (QLabel *l : {m->Info->lblMonitorStatus, m->Info->lblCommStatus})
+                QVERIFY2(l->contentsRect().width() >= l->fontMetrics().horizontalAdvance(l->text()),
+                         qPrintable(l->text()));
+        }
+        // A long value is cut at the edge and shown whole in its tooltip.
+        Data().DataSource =
+            QStringLiteral("/home/someone/") + QString(300, QLatin1Char('x')) + QStringLiteral(".log");
+        m->UpdateInfo();
+        m->Info->lblDataSource->grab();
+        QCOMPARE(dock->width(), before);
+        QCOMPARE(m->Info->lblDataSource->toolTip(), Data().DataSource);
+    }
+
+    void childWindowsStayInSight() {
+        frmMain *m = StartDesktop(0, {QStringLiteral("-L"), first_});
+        QVERIFY(m);
+        m->resize(760, 520);
+        QTest::qWait(20);
+        const QRect area = m->mdiArea->viewport()->rect();
+        m->tbrToolbar_ButtonClick(14);  // F5: the statistics chart, larger than the area is high
+        QMdiSubWindow *stats = m->mdiArea->activeSubWindow();
+        QVERIFY(stats && stats->property("viewButton").toInt() == 14);
+        QVERIFY(area.contains(stats->geometry()));
+        m->tbrToolbar_ButtonClick(19);  // the warnings too: four windows in a low area
+        m->resize(760, 420);
+        QTest::qWait(20);
+        m->tbrToolbar_ButtonClick(21);
+        const QRect low = m->mdiArea->viewport()->rect();
+        QCOMPARE(Visible(m).size(), 4);
+        for (QMdiSubWindow *w : Visible(m)) QVERIFY2(low.contains(w->geometry()), qPrintable(w->windowTitle()));
+    }
+
+    void maximisedStartTilesToTheMaximisedSize() {
+        frmMain *m = StartDesktop(2, {QStringLiteral("-L"), first_});
+        QVERIFY(m);
+        QVERIFY(m->isMaximized());
+        const QSize area = m->mdiArea->viewport()->size();
+        int right = 0, bottom = 0;
+        for (QMdiSubWindow *w : Visible(m)) {
+            right = qMax(right, w->geometry().right() + 1);
+            bottom = qMax(bottom, w->geometry().bottom() + 1);
+        }
+        QCOMPARE(right, area.width());
+        QVERIFY2(area.height() - bottom < 4,
+                 qPrintable(QStringLiteral("%1 of %2").arg(bottom).arg(area.height())));
+    }
+
+    void fileDialogsOpenInTheFolderOfTheirKind() {
+        frmMain *m = StartDesktop(0, {QStringLiteral("-L"), first_});
+        QVERIFY(m);
+        Options().LastPath = OptionText(AppDir());  // as a first start leaves it
+        QStringList opened;
+        QString answer;
+        CommonDialog::SetResponder([&](const CommonDialog &d, bool) -> std::optional<CommonDialog::Answer> {
+            opened << QDir::cleanPath(d.InitDir);
+            if (answer.isEmpty()) return std::nullopt;
+            return CommonDialog::Answer{answer, 1};
+        });
+        frmGraphTe *chart = frmGraphTe::Current();
+        QVERIFY(chart);
+        chart->SaveImage();
+        m->tbrToolbar_ButtonClick(2);
+        m->tbrToolbar_ButtonClick(4);
+        QCOMPARE(opened, QStringList(3, QDir::cleanPath(Documents())));
+
+        const QString pictures = dir_.filePath(QStringLiteral("pictures")),
+                      tables = dir_.filePath(QStringLiteral("tables"));
+        QDir().mkpath(pictures);
+        QDir().mkpath(tables);
+        answer = pictures + QStringLiteral("/chart.jpg");
+        chart->SaveImage();
+        answer = tables + QStringLiteral("/table.csv");
+        m->tbrToolbar_ButtonClick(4);
+        QVERIFY(QFileInfo::exists(answer));
+        answer.clear();
+        opened.clear();
+        chart->SaveImage();
+        m->tbrToolbar_ButtonClick(4);
+        m->tbrToolbar_ButtonClick(2);
+        QCOMPARE(opened, (QStringList{pictures, tables, QDir::cleanPath(Documents())}));
+        QCOMPARE(Options().LastPath.trimmed(), AppDir());  // an export leaves the logs' folder alone
+    }
+
+    // The colour dialog shares its properties with the file commands, and kept the title
+    // of the last of them.
+    void colourDialogHasItsOwnTitle() {
+        frmMain *m = StartDesktop(0, {QStringLiteral("-L"), first_});
+        QVERIFY(m);
+        CommonDialog::SetResponder([](const CommonDialog &, bool) { return std::nullopt; });
+        frmGraphTe::Current()->SaveImage();
+        QCOMPARE(m->dlgFile.DialogTitle, ResString(3007));
+        CommonDialog::SetResponder(nullptr);
+        frmSettings settings(m);
+        QString title;
+        test::WhenModal([&](QWidget *w) {
+            title = w->windowTitle();
+            w->close();
+        });
+        settings.pctColor[0]->click();
+        QCOMPARE(title, ResString(3060) + QStringLiteral(": ") + ResString(4062));
     }
 };
 
