@@ -95,10 +95,10 @@ TEST_F(CliTest, HelpVersionAndUnknownOptions) {
     for (const char *command : {"info", "convert", "list", "export", "chart", "recover", "status", "read-id",
                                 "write-id", "program", "stop", "upload", "import-surveyor", "live"})
         EXPECT_TRUE(all.out.contains(QStringLiteral("\n  %1 ").arg(QLatin1String(command)))) << command;
-    const Result own = Run({"export", "--help"});
+    const Result own = Run({"chart", "--help"});
     EXPECT_EQ(own.code, 0);
-    EXPECT_TRUE(own.out.startsWith(QStringLiteral("Usage: fluxmere-cli [options] export "))) << qPrintable(own.out);
-    EXPECT_TRUE(own.out.contains(QStringLiteral("--tab")));
+    EXPECT_TRUE(own.out.startsWith(QStringLiteral("Usage: fluxmere-cli [options] chart "))) << qPrintable(own.out);
+    EXPECT_TRUE(own.out.contains(QStringLiteral("--classes N"))) << qPrintable(own.out);
     EXPECT_FALSE(Run({"info", "--help"}).out.contains(QStringLiteral("--port")));
     EXPECT_EQ(Run({"--lang", "en", "export", "--help"}).out, Run({"export", "--help", "--lang", "en"}).out);
     EXPECT_EQ(Run({"--version"}).out, QStringLiteral("fluxmere-cli %1.%2.%3\n")
