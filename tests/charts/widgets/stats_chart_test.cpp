@@ -210,8 +210,6 @@ private slots:
         std::unique_ptr<QMenu> menu(view_->MakeMenu());
         const QList<QAction *> acts = menu->actions();
         QCOMPARE(acts.size(), 2);
-        QCOMPARE(acts[0]->text(), ResString(4420));
-        QCOMPARE(acts[1]->text(), ResString(4421));
         QGuiApplication::clipboard()->clear();
         acts[0]->trigger();
         QCOMPARE(QGuiApplication::clipboard()->text(),

@@ -55,7 +55,6 @@ private slots:
         Options().Soglia = 0.5f;
         Options().MemorySize = 8192;
         frmSettings dlg(nullptr);
-        QCOMPARE(dlg.tabOptions->tabText(2), ResString(4087));
         QVERIFY(dlg.optSoglia[1]->isChecked());
         QVERIFY(!dlg.txtSoglia->isEnabled());
         QCOMPARE(dlg.cboMemorySize->currentText(), QStringLiteral("64Kbit"));

@@ -143,7 +143,6 @@ private slots:
         QVERIFY(!m->mnuSubFile[1]->isEnabled());
         QVERIFY(!m->mnuSubFile[5]->isEnabled());
         QVERIFY(m->mnuSubFile[4]->isEnabled());
-        QCOMPARE(m->mnuFile->title(), ResString(4100));
         QCOMPARE(m->Info->lblNumData->text(), QStringLiteral("---"));
         QCOMPARE(m->lblCommStatus->text(), ResString(3042));  // "Com 1" opened at start
         QVERIFY(m->mnuSubSubMonitor[0]->isChecked());
