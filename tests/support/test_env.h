@@ -71,6 +71,10 @@ void SetOneSample(float x, float y, float z, double value);
 // Sample i as the simulators' dumps write it: "x y z" with two decimals.
 QString SampleText(const MeasurementData &d, int i);
 
+// The user's documents folder, or the home folder where there is none: where file dialogs
+// open when nothing else is known.
+QString Documents();
+
 // The regional settings put the month before the day (the Surveyor's date bytes follow them).
 bool MonthFirst();
 

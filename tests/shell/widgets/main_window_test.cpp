@@ -159,10 +159,6 @@ class MainWindowTest : public QObject {
             if (w->isVisible()) out << w;
         return out;
     }
-    static QString Documents() {
-        const QString docs = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-        return QFileInfo(docs).isDir() ? docs : QDir::homePath();
-    }
     template <class Form>
     static Form *Shown(frmMain *m) { return test::Shown<Form>(m); }
     // The view windows standing open, by their button.
@@ -691,7 +687,7 @@ private slots:
         chart->SaveImage();
         m->tbrToolbar_ButtonClick(2);
         m->tbrToolbar_ButtonClick(4);
-        QCOMPARE(opened, QStringList(3, QDir::cleanPath(Documents())));
+        QCOMPARE(opened, QStringList(3, QDir::cleanPath(test::Documents())));
 
         const QString pictures = dir_.filePath(QStringLiteral("pictures")),
                       tables = dir_.filePath(QStringLiteral("tables"));
@@ -707,7 +703,7 @@ private slots:
         chart->SaveImage();
         m->tbrToolbar_ButtonClick(4);
         m->tbrToolbar_ButtonClick(2);
-        QCOMPARE(opened, (QStringList{pictures, tables, QDir::cleanPath(Documents())}));
+        QCOMPARE(opened, (QStringList{pictures, tables, QDir::cleanPath(test::Documents())}));
         QCOMPARE(Options().LastPath.trimmed(), AppDir());  // an export leaves the logs' folder alone
     }
 
