@@ -103,26 +103,6 @@ TEST(Options, ShortOrForeignFilesAreTakenFieldByField) {
     EXPECT_TRUE(host.boxes.empty());
 }
 
-TEST(Options, AFailedSaveKeepsThePreviousFile) {
-    test::Fresh fresh;
-    test::RecorderHost host;
-    const QString dir = fresh.Path(QStringLiteral("ro"));
-    QDir().mkpath(dir);
-    SetWritableDir(dir);
-    Options() = OptionsRecord::Defaults();
-    SaveOptions();
-    const QByteArray before = test::ReadBytes(OptionsPath());
-    ASSERT_EQ(before.size(), kOptionsRecordSize);
-    Options().ComPort = 9;
-    {
-        test::FileSizeLimit limit(1000);
-        SaveOptions();
-    }
-    ASSERT_EQ(host.boxes.size(), 1u);
-    EXPECT_TRUE(host.boxes[0].text.contains(QStringLiteral("SaveOptions")));
-    EXPECT_EQ(test::ReadBytes(OptionsPath()), before);
-}
-
 // Where the program folder cannot take the options, the window and fluxmere-cli must
 // still meet in one folder, named after the product rather than the running program.
 TEST(OptionsPlace, FallsBackToOneFolderWhateverTheProgramIsCalled) {

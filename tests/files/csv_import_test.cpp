@@ -163,22 +163,23 @@ TEST_F(CsvImportTest, FilesThatCannotBeSuchAFileLeaveTheDataSetAlone) {
     EXPECT_EQ(host.LastBox(), ResString(22));
 }
 
-TEST_F(CsvImportTest, AMillionRecords) {
+// Past a 16-bit count, the arrays grown again and again: the first record sizes them and
+// the later ones are shorter (their dates are not read). The million records are the bench's.
+TEST_F(CsvImportTest, RecordsPastASixteenBitCount) {
     QByteArray text;
-    text.reserve(30'000'000);
-    const QByteArray date("14/03/2026 00:00:00");
-    for (int i = 0; i < 1'000'000; ++i) {
+    for (int i = 0; i < 40'000; ++i) {
         const QByteArray r = QByteArray::number(i % 1000);
-        text += date + ',' + r + ",0.1,0.2," + (i % 7 ? "-100" : "3") + ',' + r + ',' + r + '\n';
+        text += (i ? "d," : "14/03/2026 00:00:00,") + r + ",0.1,0.2," + (i % 7 ? "-100" : "3") + ',' + r + ',' + r +
+                '\n';
     }
     ASSERT_TRUE(Load(text));
     const MeasurementData &d = Data();
-    EXPECT_EQ(d.DataCount, 1'000'000);
-    EXPECT_EQ(d.DataValue.size(), 1'000'001u);
-    EXPECT_EQ(d.DataRf[1'000'000], 999.0f);
+    ASSERT_EQ(d.DataCount, 40'000);
+    for (size_t i = 1; i <= 40'000; ++i)
+        ASSERT_TRUE(d.DataRf[i] == float((i - 1) % 1000) && d.DataValue[i] == double((i - 1) % 1000)) << i;
     EXPECT_EQ(d.RfMax, 999.0f);
     EXPECT_EQ(d.DataMax, 999.0f);
-    EXPECT_NEAR(d.DataEnd, DateFromParts(2026, 3, 14) + 5'000'000.0 / 86400, 1e-9);
+    EXPECT_NEAR(d.DataEnd, DateFromParts(2026, 3, 14) + 200'000.0 / 86400, 1e-9);
 }
 
 // What the panel and the list make of such a data set (the findings have their own test).

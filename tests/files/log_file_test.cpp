@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QFileDevice>
 #include <QFileInfo>
+#include <cmath>
 
 using namespace fm;
 using test::LogText;
@@ -229,5 +230,21 @@ TEST_F(LogFileTest, SampleValuesReadAsValReadsThem) {
         EXPECT_EQ(d.DataX[size_t(i + 1)], v) << texts[i].toStdString();
         EXPECT_EQ(d.DataZ[size_t(i + 1)], v) << texts[i].toStdString();
         EXPECT_EQ(d.DataY[size_t(i + 1)], 0.1f);
+    }
+}
+
+// Past the reader's 1 MiB chunk: no byte lost or doubled where one ends. (A million
+// samples are the bench's.)
+TEST_F(LogFileTest, ALogLargerThanTheReadersChunk) {
+    const QString path = fresh.Path(QStringLiteral("big.log"));
+    test::WriteDayLog(path, 60'000);
+    ASSERT_GT(QFileInfo(path).size(), 1 << 20);
+    ASSERT_TRUE(LoadFile(path));
+    ASSERT_EQ(Data().DataCount, 60'000);
+    for (int i = 0; i < 60'000; ++i) {
+        const double v = 0.3 + 0.25 * std::sin(i / 20.0);  // as the day's log writes it
+        ASSERT_EQ(test::SampleText(Data(), i + 1),
+                  QStringLiteral("%1 %2 %3").arg(v * 0.8, 0, 'f', 2).arg(v * 0.5, 0, 'f', 2).arg(v * 0.3, 0, 'f', 2))
+            << i;
     }
 }

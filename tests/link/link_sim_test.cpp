@@ -26,6 +26,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QThread>
+#include <optional>
 
 using namespace fm;
 using test::SampleText;
@@ -46,19 +47,29 @@ protected:
         Seriale().SetPortOpen(false);
         Shared().FailCount = 0;
     }
+    // The simulator (always --fast) on "com1", and the link up to it.
+    void Connect(const QStringList &args = {}) {
+        sim.emplace(fresh.Dir().path(), QStringList{"--fast"} + args);
+        ASSERT_FALSE(sim->device.isEmpty());
+        ASSERT_TRUE(SelectPort(0));
+        ASSERT_TRUE(InitCommunication());
+    }
+    // Keep-alive ticks driven by hand.
+    static void StopTicks() {
+        KillTimer(Shared().KeepAliveTimer);
+        Shared().KeepAliveTimer = 0;
+    }
     test::Fresh fresh;
     test::RecorderHost host;
+    std::optional<Simulator> sim;
 };
 }  // namespace
 
 TEST_F(LinkTest, PortCodesAndUploadMatchTheLogger) {
     // A session recorded in 2024, uploaded in 2026.
     test::ScopedClock today(DateFromParts(2026, 5, 1, 12, 0));
-    Simulator sim(fresh.Dir().path(), {"--fast", "--memory", "8192", "--clock", "2024-03-03T09:30"});
-    ASSERT_FALSE(sim.device.isEmpty());
+    Connect({"--memory", "8192", "--clock", "2024-03-03T09:30"});
     EXPECT_EQ(SerialPort::DevicePath(1), fresh.Path(QStringLiteral("com1")));
-    ASSERT_TRUE(SelectPort(0));
-    ASSERT_TRUE(InitCommunication());
     EXPECT_TRUE(Shared().CommOpen);
     EXPECT_NE(Shared().KeepAliveTimer, 0);
     EXPECT_EQ(Shared().MonitorState, 0);  // the simulated session has ended
@@ -91,9 +102,7 @@ TEST_F(LinkTest, PortCodesAndUploadMatchTheLogger) {
 }
 
 TEST_F(LinkTest, FailuresAreCountedAndDropTheLinkOnTheThird) {
-    Simulator sim(fresh.Dir().path(), {"--fast"});
-    ASSERT_TRUE(SelectPort(0));
-    ASSERT_TRUE(InitCommunication());
+    Connect();
     struct Case {
         const char *fault;
         int command;
@@ -103,7 +112,7 @@ TEST_F(LinkTest, FailuresAreCountedAndDropTheLinkOnTheThird) {
     for (const Case c : {Case{"refuse", 7, 4340}, Case{"bad-crc", 7, 4341}, Case{"stray-byte", 7, 4342},
                          Case{"truncate", 7, 4342}, Case{"no-answer", 7, 3029}, Case{"wrong-command", 7, 4343}}) {
         SCOPED_TRACE(c.fault);
-        sim.Say(QStringLiteral("fault %1 %2").arg(QLatin1String(c.fault)).arg(c.command));
+        sim->Say(QStringLiteral("fault %1 %2").arg(QLatin1String(c.fault)).arg(c.command));
         Shared().FailCount = 0;
         EXPECT_FALSE(ReadID());
         EXPECT_EQ(Shared().FailCount, 1);
@@ -113,17 +122,17 @@ TEST_F(LinkTest, FailuresAreCountedAndDropTheLinkOnTheThird) {
     }
     // A settings block too short to read is a fault of the reception: reported, counted,
     // and the link goes on instead of holding the command in flight for ever.
-    sim.Say(QStringLiteral("fault short 10"));
+    sim->Say(QStringLiteral("fault short 10"));
     Shared().FailCount = 0;
     EXPECT_FALSE(SendCommand(10, true, false, kReplyTimeoutMs));
     EXPECT_TRUE(host.LastBox().contains(QStringLiteral("ReceiveCommand")));
     EXPECT_EQ(Shared().CurrentCommand, QStringLiteral("254"));
     EXPECT_EQ(Shared().FailCount, 1);
-    sim.Say(QStringLiteral("fault none"));
+    sim->Say(QStringLiteral("fault none"));
     EXPECT_TRUE(SendCommand(10, true, false, kReplyTimeoutMs));
     EXPECT_EQ(Shared().FailCount, 0);
     // Three failures in a row drop the link on the third.
-    sim.Say(QStringLiteral("fault refuse 7"));
+    sim->Say(QStringLiteral("fault refuse 7"));
     EXPECT_FALSE(ReadID());
     EXPECT_FALSE(ReadID());
     EXPECT_TRUE(Shared().CommOpen);
@@ -132,17 +141,14 @@ TEST_F(LinkTest, FailuresAreCountedAndDropTheLinkOnTheThird) {
     EXPECT_EQ(Shared().KeepAliveTimer, 0);
     EXPECT_TRUE(host.enabled[6]);
     // The next command brings the link up again.
-    sim.Say(QStringLiteral("fault none"));
+    sim->Say(QStringLiteral("fault none"));
     EXPECT_TRUE(ReadID());
     EXPECT_TRUE(Shared().CommOpen);
 }
 
 TEST_F(LinkTest, AsynchronousExchangesAndLateReplies) {
-    Simulator sim(fresh.Dir().path(), {"--fast"});
-    ASSERT_TRUE(SelectPort(0));
-    ASSERT_TRUE(InitCommunication());
-    KillTimer(Shared().KeepAliveTimer);  // ticks are driven by hand here
-    Shared().KeepAliveTimer = 0;
+    Connect();
+    StopTicks();
     KeepAlive();
     EXPECT_EQ(Shared().CurrentCommand, QStringLiteral("3"));
     // A tick during a transaction does nothing.
@@ -153,7 +159,7 @@ TEST_F(LinkTest, AsynchronousExchangesAndLateReplies) {
     EXPECT_EQ(Shared().FailCount, 0);
 
     // A reply later than its time-out is thrown away by the port event.
-    sim.Say(QStringLiteral("fault late 3"));
+    sim->Say(QStringLiteral("fault late 3"));
     KeepAlive();
     RunEvents(2600);
     EXPECT_EQ(Shared().FailCount, 1);
@@ -161,40 +167,38 @@ TEST_F(LinkTest, AsynchronousExchangesAndLateReplies) {
     RunEvents(1500);
     EXPECT_EQ(Shared().FailCount, 1);
     // The late bytes do not join the next reply.
-    sim.Say(QStringLiteral("fault none"));
+    sim->Say(QStringLiteral("fault none"));
     EXPECT_TRUE(ReadID());
 
     // A command while one is in flight is dropped and stops live polling.
-    sim.Say(QStringLiteral("fault none"));
+    sim->Say(QStringLiteral("fault none"));
     Shared().LiveTimer = SetTimer(3000, [] {});
     KeepAlive();
     EXPECT_FALSE(ReadID());
     EXPECT_EQ(Shared().LiveTimer, 0);
     RunEvents(400);
     // A failure counted as a time-out as well counts twice.
-    sim.Say(QStringLiteral("fault bad-crc 3"));
+    sim->Say(QStringLiteral("fault bad-crc 3"));
     Shared().FailCount = 0;
     EXPECT_FALSE(SendCommand(3, true, true, kReplyTimeoutMs));
     EXPECT_EQ(Shared().FailCount, 2);
 }
 
 TEST_F(LinkTest, UploadFaultsLeaveTheDataSetAlone) {
-    Simulator sim(fresh.Dir().path(), {"--fast", "--memory", "4096"});
-    ASSERT_TRUE(SelectPort(0));
-    ASSERT_TRUE(InitCommunication());
+    Connect({"--memory", "4096"});
     Data().DataSource = QStringLiteral("File");
-    sim.Say(QStringLiteral("fault bad-signature"));
+    sim->Say(QStringLiteral("fault bad-signature"));
     EXPECT_FALSE(UploadData());
     EXPECT_EQ(host.LastBox(), ResString(3032));
     EXPECT_EQ(Data().DataSource, QStringLiteral("File"));
-    sim.Say(QStringLiteral("fault silent-upload 4"));
+    sim->Say(QStringLiteral("fault silent-upload 4"));
     EXPECT_FALSE(UploadData());
     EXPECT_EQ(Data().DataSource, QStringLiteral("File"));
     EXPECT_GE(host.waitHidden, host.waitShown);
-    sim.Say(QStringLiteral("fault no-samples"));
+    sim->Say(QStringLiteral("fault no-samples"));
     EXPECT_FALSE(UploadData());
     EXPECT_EQ(host.LastBox(), ResString(3032));
-    sim.Say(QStringLiteral("fault blank-start"));
+    sim->Say(QStringLiteral("fault blank-start"));
     host.dateAnswer = DateFromParts(2013, 5, 6, 7, 8);
     ASSERT_TRUE(UploadData());
     EXPECT_EQ(host.dateAsked, 1);
@@ -203,9 +207,7 @@ TEST_F(LinkTest, UploadFaultsLeaveTheDataSetAlone) {
 }
 
 TEST_F(LinkTest, RepliesGoToTheHandlerOfTheirCommand) {
-    Simulator sim(fresh.Dir().path(), {"--fast", "--memory", "4096"});
-    ASSERT_TRUE(SelectPort(0));
-    ASSERT_TRUE(InitCommunication());
+    Connect({"--memory", "4096"});
     Data().DataSource = QStringLiteral("File");
     int calls = 0;
     const auto answer = [&](ReplyEnd end) {
@@ -252,11 +254,8 @@ TEST_F(LinkTest, EveryMemorySizeUploadsAndSavesSampleForSample) {
 
 TEST_F(LinkTest, CommandsWithoutPayloadCarryNoneAfterTheCodesAreWritten) {
     const QString log = fresh.Path(QStringLiteral("wire.txt"));
-    Simulator sim(fresh.Dir().path(), {"--fast", "--log", log});
-    ASSERT_TRUE(SelectPort(0));
-    ASSERT_TRUE(InitCommunication());
-    KillTimer(Shared().KeepAliveTimer);
-    Shared().KeepAliveTimer = 0;
+    Connect({"--log", log});
+    StopTicks();
     Data().SetShortID(QStringLiteral("CAB-1"));
     ASSERT_TRUE(WriteID());
     KeepAlive();
@@ -276,9 +275,7 @@ TEST_F(LinkTest, CommandsWithoutPayloadCarryNoneAfterTheCodesAreWritten) {
 }
 
 TEST_F(LinkTest, TheSimulatorsClockStartsWhereItIsTold) {
-    Simulator sim(fresh.Dir().path(), {"--fast", "--clock", "2027-02-28T23:59:30"});
-    ASSERT_TRUE(SelectPort(0));
-    ASSERT_TRUE(InitCommunication());
+    Connect({"--clock", "2027-02-28T23:59:30"});
     const auto &m = Link().MonitorSettings;
     EXPECT_EQ((QList<int>{m[0], m[1], m[2], m[3], m[4]}), (QList<int>{0x30, 0x59, 0x23, 0x28 + 3 * 64, 0x02}));
     QProcess bad;
@@ -308,9 +305,7 @@ public:
 
 TEST_F(LinkTest, SessionStartStopsAtTheFailedStepAndRecovers) {
     test::ScopedClock today(DateFromParts(2026, 6, 1, 10, 0));
-    Simulator sim(fresh.Dir().path(), {"--fast"});
-    ASSERT_TRUE(SelectPort(0));
-    ASSERT_TRUE(InitCommunication());
+    Connect();
     Link().MonitorImage = {3, 0x05, 0, 0, 0, 0, 0, 0, 0, 0};
     // A refusal of the clock, the session block or the start marks lines 1, 2 and 4; so does
     // a lost reply. Each time the keep-alive runs again before the user closes the page.
@@ -318,7 +313,7 @@ TEST_F(LinkTest, SessionStartStopsAtTheFailedStepAndRecovers) {
         {"refuse", 11, 0}, {"refuse", 12, 1}, {"refuse", 13, 3}, {"no-answer", 12, 1}, {"no-answer", 13, 3}};
     for (const auto &[fault, command, line] : faults) {
         SCOPED_TRACE(QStringLiteral("%1 %2").arg(QLatin1String(fault)).arg(command).toStdString());
-        sim.Say(QStringLiteral("fault %1 %2").arg(QLatin1String(fault)).arg(command));
+        sim->Say(QStringLiteral("fault %1 %2").arg(QLatin1String(fault)).arg(command));
         StepRecorder steps;
         EXPECT_FALSE(StartMonitoraggio(steps));
         EXPECT_EQ(steps.failed, line);
@@ -330,7 +325,7 @@ TEST_F(LinkTest, SessionStartStopsAtTheFailedStepAndRecovers) {
     }
     // A session block that does not fit its bytes goes to the fault box after the clock was
     // set, and ends the same way.
-    sim.Say(QStringLiteral("fault none"));
+    sim->Say(QStringLiteral("fault none"));
     const size_t boxes = host.boxes.size();
     Link().MonitorImage[1] = 0x100;
     StepRecorder overflow;

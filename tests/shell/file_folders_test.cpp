@@ -10,12 +10,7 @@
 
 using namespace fm;
 
-namespace {
-QString Documents() {
-    const QString docs = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return QFileInfo(docs).isDir() ? docs : QDir::homePath();
-}
-}  // namespace
+using test::Documents;
 
 TEST(FileFolders, EachKindKeepsItsOwnFolderAndNeverThePrograms) {
     test::Fresh fresh;

@@ -2,7 +2,7 @@
 # which keeps the old file whole on any failure. The real-time log appends a line per
 # sample and stays a plain file, and the mending of such a log left open by a crash writes
 # its count in place as the close does; the serial port is a device opened for both ways.
-# Run as: cmake -DROOTS="<dir>;<dir>" -DBASE=<source dir> -P check_writers.cmake
+# Run as: cmake -DROOTS="<dir>|<dir>" -DBASE=<source dir> -P check_writers.cmake
 cmake_minimum_required(VERSION 3.20)
 
 set(allowed_everything "src/core/safe_file.cpp" "src/realtime/realtime_log.cpp"
@@ -28,7 +28,10 @@ set(writers
   "[^a-z_]creat\\("
   "O_(WRONLY|RDWR|CREAT|TRUNC|APPEND)")
 
+# The roots come separated by "|": a ";" reaches the script escaped, as one path.
+string(REPLACE "|" ";" ROOTS "${ROOTS}")
 set(wrong)
+set(read 0)
 foreach(root ${ROOTS})
   file(GLOB_RECURSE sources ${root}/*.h ${root}/*.cpp)
   foreach(path ${sources})
@@ -38,6 +41,7 @@ foreach(root ${ROOTS})
     endif()
     # One list item a line: the list's own separators and brackets are taken out first.
     file(READ ${path} content)
+    math(EXPR read "${read} + 1")
     string(REGEX REPLACE "[][;]" " " content "${content}")
     string(REPLACE "\n" ";" lines "${content}")
     set(number 0)
@@ -48,10 +52,12 @@ foreach(root ${ROOTS})
       endif()
       foreach(pattern ${writers})
         if(line MATCHES "${pattern}")
-          if(rel IN_LIST allowed_device AND CMAKE_MATCH_0 MATCHES "ReadWrite")
+          # Kept aside: each MATCHES below sets CMAKE_MATCH_0 anew.
+          set(hit "${CMAKE_MATCH_0}")
+          if(rel IN_LIST allowed_device AND hit MATCHES "ReadWrite")
             continue()
           endif()
-          if(rel IN_LIST allowed_name_only AND CMAKE_MATCH_0 MATCHES "setOutputFileName")
+          if(rel IN_LIST allowed_name_only AND hit MATCHES "setOutputFileName")
             continue()
           endif()
           string(STRIP "${line}" text)
@@ -62,6 +68,9 @@ foreach(root ${ROOTS})
   endforeach()
 endforeach()
 
+if(read EQUAL 0)
+  message(FATAL_ERROR "no sources under ${ROOTS}")
+endif()
 if(wrong)
   list(JOIN wrong "\n  " text)
   message(FATAL_ERROR "Files written other than through SafeFile (core/safe_file.h):\n  ${text}")

@@ -31,9 +31,6 @@ public:
     }
     QString device;
 
-    // What the simulator wrote to its standard error so far.
-    QString Errors() { return QString::fromLocal8Bit(proc_.readAllStandardError()); }
-
 private:
     QString dir_;
     QProcess proc_;

@@ -14,6 +14,8 @@
 #include <unistd.h>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
 #include <cmath>
 #include <csignal>
 
@@ -132,6 +134,27 @@ int LinkPtyAsCom1(const QString &dir) {
         return -1;
     }
     return fd;
+}
+
+QByteArray FiveSampleLog() {
+    return LogText({"Field Activity Log", "14/10/2026 08:00:00@14/10/2026 08:05:00@3", "1n", "5", "QL540-0042",
+                    "Cabina 3", "0.10 0.20 0.30  0", "0.50 0.50 0.50  0", "-1 -1 -1 0", "1.00 0.00 0.00  0",
+                    "0.20 0.20 0.20  0"});
+}
+
+QByteArray CrashedLiveLog() {
+    return "\"Field Activity Log\"\r\n\"14/10/2026 08:00:00\"\r\n\" 3s\"\r\n          \r\n"
+           "\"CAB\"\r\n\"Via Po\"\r\n\"0.10 0.20 0.30  0\"\r\n\"0.40 0.50 0.60  0\"\r\n\"0.7";
+}
+
+QString Documents() {
+    const QString docs = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(docs).isDir() ? docs : QDir::homePath();
+}
+
+bool MonthFirst() {
+    const QString f = ShortDateFormat();
+    return f.indexOf(QLatin1Char('M')) < f.indexOf(QLatin1Char('d'));
 }
 
 QString SampleText(const MeasurementData &d, int i) {

@@ -58,6 +58,11 @@ QByteArray ReadBytes(const QString &path);
 // A log as the writer of `locale`'s machine puts it on disk (CR LF, quoted lines).
 QByteArray LogText(const QStringList &lines);
 
+// A log of five one-minute samples from 14/10/2026 08:00, the third without data.
+QByteArray FiveSampleLog();
+// A live log that a crash left open: two whole samples and the start of a third.
+QByteArray CrashedLiveLog();
+
 // A log of `samples` ten-minute samples of a slowly turning field from 14/10/2026 08:00;
 // the sample at index `gap` has no data.
 void WriteDayLog(const QString &path, int samples, int gap = -1);
@@ -65,6 +70,13 @@ void WriteDayLog(const QString &path, int samples, int gap = -1);
 void SetOneSample(float x, float y, float z, double value);
 // Sample i as the simulators' dumps write it: "x y z" with two decimals.
 QString SampleText(const MeasurementData &d, int i);
+
+// The user's documents folder, or the home folder where there is none: where file dialogs
+// open when nothing else is known.
+QString Documents();
+
+// The regional settings put the month before the day (the Surveyor's date bytes follow them).
+bool MonthFirst();
 
 // A pseudo-terminal linked as "com1" in `dir`, so that the windows' port opens alike on
 // every machine. Returns its master side, or -1.

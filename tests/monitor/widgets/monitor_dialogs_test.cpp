@@ -89,7 +89,6 @@ private slots:
         dlg.Load();
         QCOMPARE(dlg.txtIDShort->text(), QStringLiteral("ABC"));
         QCOMPARE(dlg.txtIDLong->text(), QString(48, QLatin1Char('y')));
-        test::Snapshot(&dlg, QStringLiteral("id_code"));
     }
 
     void sessionDialogReadsAndChecks() {
@@ -104,7 +103,6 @@ private slots:
         QCOMPARE(dlg.txtStepSize->text(), QStringLiteral("10"));
         QCOMPARE(dlg.cboStepResolution->currentData().toInt(), 3);  // minutes
         for (const test::Box &b : host_->boxes) QVERIFY(b.text != ResString(36));  // no date warning while filling
-        test::Snapshot(&dlg, QStringLiteral("monitor_settings"));
 
         // Minutes with step 5 turned to seconds become 10, and the up-down moves in tens.
         dlg.txtStepSize->setText(QStringLiteral("5"));
