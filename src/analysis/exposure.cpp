@@ -209,12 +209,12 @@ ReferenceVerdict Judge(const ExposureFigures &figures, const ExposureReference &
 }
 
 QString BasisId(ExposureBasis basis) {
-    return basis == ExposureBasis::DailyMedian ? QStringLiteral("daily-median") : QStringLiteral("maximum");
+    return basis == ExposureBasis::DailyMedian ? QStringLiteral("median24h") : QStringLiteral("maximum");
 }
 
 QString VerdictId(Verdict verdict) {
     if (verdict == Verdict::Met) return QStringLiteral("met");
-    return verdict == Verdict::Exceeded ? QStringLiteral("exceeded") : QStringLiteral("not-conclusive");
+    return verdict == Verdict::Exceeded ? QStringLiteral("exceeded") : QStringLiteral("not conclusive");
 }
 
 }  // namespace fm

@@ -92,7 +92,7 @@ struct ReferenceVerdict {
 // conclusive without samples with data.
 ReferenceVerdict Judge(const ExposureFigures &figures, const ExposureReference &reference);
 
-// "daily-median", "maximum"; "met", "exceeded", "not-conclusive".
+// The words of the JSON texts: "median24h", "maximum"; "met", "exceeded", "not conclusive".
 QString BasisId(ExposureBasis basis);
 QString VerdictId(Verdict verdict);
 
