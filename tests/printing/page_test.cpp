@@ -1,7 +1,6 @@
 // The print dialog's page numbers and the printed page's texts and geometry, without a
 // printer.
 #include "core/data_set.h"
-#include "core/fault.h"
 #include "core/language.h"
 #include "core/regional.h"
 #include "printing/page_text.h"
@@ -32,53 +31,6 @@ TEST(PrintDialog, PageNumbersKeepTheirOrder) {
     d.SetToPage(40000);  // the dialog's 16 bits
     EXPECT_EQ(d.ToPage(), 32767);
     EXPECT_EQ(d.Max(), 32767);
-}
-
-namespace {
-// Scripted answers of the windows, recording what was asked.
-class ScriptedUi : public PrinterUi {
-public:
-    bool confirm = true, havePrinter = true;
-    quint32 flagsSeen = 0;
-    bool landscapeAsked = false;
-    bool ShowPrinter(clsPrintDialog &d) override {
-        flagsSeen = d.Flags;
-        if (confirm) d.Flags |= print_flags::Selection;
-        return confirm;
-    }
-    bool SetOrientation(QObject *, bool landscape) override {
-        landscapeAsked = landscape;
-        return havePrinter;
-    }
-};
-}  // namespace
-
-TEST(PrintDialog, GoesThroughTheRegisteredDialog) {
-    clsPrintDialog d;
-    EXPECT_FALSE(d.ShowPrinter());  // no windows, no dialog
-    EXPECT_FALSE(d.SetLandscape(nullptr));
-    ScriptedUi ui;
-    SetPrinterUi(&ui);
-    d.Flags = 0x80008;
-    EXPECT_TRUE(d.ShowPrinter());
-    EXPECT_EQ(ui.flagsSeen, 0x80008u);
-    EXPECT_EQ(d.Flags & print_flags::Selection, print_flags::Selection);
-    EXPECT_TRUE(d.SetLandscape(nullptr));
-    EXPECT_TRUE(ui.landscapeAsked);
-    ui.havePrinter = false;
-    EXPECT_FALSE(d.SetPortrait(nullptr));
-    // A cancel is false, or fault 32755 where the caller asked for it.
-    ui.confirm = false;
-    EXPECT_FALSE(d.ShowPrinter());
-    d.CancelError = true;
-    try {
-        d.ShowPrinter();
-        ADD_FAILURE() << "no fault";
-    } catch (const Fault &f) {
-        EXPECT_EQ(f.number, 32755);
-        EXPECT_EQ(f.description, QStringLiteral("Cancel."));
-    }
-    SetPrinterUi(nullptr);
 }
 
 TEST(PrintedPage, SummaryLineAndFooter) {

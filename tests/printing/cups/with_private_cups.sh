@@ -3,9 +3,10 @@
 # spool and socket in a scratch folder) with a cups-pdf queue whose PDFs land there too,
 # proves the queue makes a PDF, then runs the Qt test program against it.
 # Exits 77 (skipped) where no CUPS can run here.
-#   with_private_cups.sh TEST_PROGRAM
+#   with_private_cups.sh TEST_PROGRAM [ARGUMENTS...]
 set -uo pipefail
 prog=$1
+shift
 export PATH=$PATH:/usr/sbin:/sbin
 backend=/usr/lib/cups/backend/cups-pdf
 ppd=/usr/share/ppd/cups-pdf/CUPS-PDF_opt.ppd
@@ -131,7 +132,7 @@ drained 150 && compgen -G "$work/pdf/*.pdf" >/dev/null \
   || { logs; skip "the cups-pdf backend made no PDF on this machine"; }
 rm -f "$work"/pdf/*.pdf
 
-FLUXMERE_CUPS_QUEUE=$queue FLUXMERE_CUPS_PDF_DIR=$work/pdf timeout 60 "$prog"
+FLUXMERE_CUPS_QUEUE=$queue FLUXMERE_CUPS_PDF_DIR=$work/pdf timeout 60 "$prog" "$@"
 rc=$?
 [ "$rc" -eq 0 ] || logs
 echo "with_private_cups: ${SECONDS}s"

@@ -28,7 +28,10 @@
 #include <QLineEdit>
 #include <QPdfWriter>
 #include <QPrintPreviewWidget>
+#include <QDir>
 #include <QPointer>
+#include <QPrinter>
+#include <QPrinterInfo>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QPushButton>
@@ -262,6 +265,37 @@ private slots:
         QVERIFY2(text.contains(view->List()->Line(first).left(19)), qPrintable(text));
         QVERIFY(!text.contains(view->List()->Line(0)));
         QCOMPARE(text.trimmed().split(QLatin1Char('\n')).size(), 3);
+    }
+
+    // A real print queue, where tests/printing/cups/with_private_cups.sh has started one:
+    // the queue picked in the dialog, then the PDF its cups-pdf backend made.
+    void aPageThroughAPrintQueue() {
+        const QString queue = qEnvironmentVariable("FLUXMERE_CUPS_QUEUE"), out = qEnvironmentVariable("FLUXMERE_CUPS_PDF_DIR");
+        if (queue.isEmpty()) QSKIP("no print queue: with_private_cups.sh runs this with one");
+        QVERIFY2(QPrinterInfo::availablePrinterNames().contains(queue), "Qt's CUPS support lists no such queue");
+        bool previewed = false;
+        WhenDialog([&](QWidget *dialog) {
+            auto *printers = dialog->findChild<QComboBox *>(QStringLiteral("printers"));
+            printers->setCurrentIndex(printers->findText(queue));
+            WhenDialog([&](QWidget *preview) {
+                previewed = preview->objectName() == QLatin1String("frmPrintPreview");
+                QTest::mouseClick(preview->findChild<QPushButton *>(QStringLiteral("btnPrint")), Qt::LeftButton);
+            }, dialog);
+            dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
+        });
+        PressPrint(test::Shown<frmGraphTe>(m_)->tbrGraphTe);
+        QVERIFY(previewed);
+        QCOMPARE(CurrentPrinter().printerName(), queue);  // the dialog's choice stays the printer
+        // Queued when printing returned; done once the queue holds no job.
+        for (int waited = 0; !Run("lpstat", {QStringLiteral("-o"), queue}).trimmed().isEmpty(); waited += 200) {
+            QVERIFY2(waited < 25000, "the job is still queued");
+            QTest::qWait(200);
+        }
+        const QStringList pdfs = QDir(out).entryList({QStringLiteral("*.pdf")}, QDir::Files);
+        QCOMPARE(pdfs.size(), 1);
+        const QString pdf = QDir(out).filePath(pdfs.first());
+        QVERIFY(PdfInfo(pdf).contains(QStringLiteral("Ghostscript")));  // made by the backend, not by us
+        QVERIFY(PdfText(pdf).contains(ResString(4083) + QStringLiteral(" ID - Cabina")));
     }
 
     // A title wider than the page prints smaller; the lines after it at their own size.
