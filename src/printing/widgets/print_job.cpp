@@ -137,6 +137,22 @@ private:
     }
 };
 
+// The pages into a PDF file, through the safe writer: a failed print keeps the old file.
+void WritePdf(const QString &file, int resolution, const QString &title, const DrawPages &draw,
+              const std::function<void(QPdfWriter &)> &layOut) {
+    SafeFile::Render(file, [&](QIODevice &out) {
+        QPdfWriter pdf(&out);
+        pdf.setResolution(resolution);
+        layOut(pdf);
+        pdf.setCreator(FaultSource());
+        pdf.setTitle(title);
+        PrinterPage page(&pdf);
+        if (!page.Begin()) return false;
+        draw(page);
+        return page.EndDoc();
+    });
+}
+
 void NotAvailable(const QPrinter &printer) {
     const QString name = printer.outputFormat() == QPrinter::PdfFormat ? printer.outputFileName()
                                                                        : printer.printerName();
@@ -175,17 +191,8 @@ bool PrintPages(const DrawPages &draw) {
             NotAvailable(printer);
             return false;
         }
-        SafeFile::Render(file, [&](QIODevice &out) {
-            QPdfWriter pdf(&out);
-            pdf.setResolution(printer.resolution());
-            pdf.setPageLayout(printer.pageLayout());
-            pdf.setCreator(FaultSource());
-            pdf.setTitle(printer.docName());
-            PrinterPage page(&pdf);
-            if (!page.Begin()) return false;
-            draw(page);
-            return page.EndDoc();
-        });
+        WritePdf(file, printer.resolution(), printer.docName(), draw,
+                 [&](QPdfWriter &pdf) { pdf.setPageLayout(printer.pageLayout()); });
         return true;
     }
     PrinterPage page(&printer);
@@ -210,15 +217,8 @@ bool PreviewAndPrint(QWidget *parent, const DrawPages &draw) {
 }
 
 void PrintToPdf(const QString &file, bool landscape, const DrawPages &draw) {
-    SafeFile::Render(file, [&](QIODevice &out) {
-        QPdfWriter pdf(&out);
-        pdf.setResolution(CurrentPrinter().resolution());
+    WritePdf(file, CurrentPrinter().resolution(), QString(), draw, [&](QPdfWriter &pdf) {
         SetStandardLayout(pdf, QPageSize(QPageSize::A4), landscape);
-        pdf.setCreator(FaultSource());
-        PrinterPage page(&pdf);
-        if (!page.Begin()) return false;
-        draw(page);
-        return page.EndDoc();
     });
 }
 }  // namespace fm
