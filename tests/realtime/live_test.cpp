@@ -283,7 +283,7 @@ TEST_F(LiveRunTest, ALostReplyIsOneMissingSampleAndPollingGoesOn) {
 
 TEST_F(LiveRunTest, WithoutIdentificationTheSensitiveRangeIsFiveMicrotesla) {
     Connect({"--fault", "refuse", "--fault-command", "7"});
-    SetLivePeriodForTests(60);
+    SetLivePeriodForTests(150);
     ASSERT_TRUE(RealTimeView(QStringLiteral("Start")));
     EXPECT_FLOAT_EQ(Shared().LowRange, 5.0f);
     EXPECT_EQ(Live().RTShortID, QStringLiteral("(Nessun ID)"));
@@ -298,7 +298,7 @@ TEST_F(LiveRunTest, WithoutIdentificationTheSensitiveRangeIsFiveMicrotesla) {
 // get there, with its message, and the log keeps a count that matches its lines.
 TEST_F(LiveRunTest, AFullDiskStopsLiveModeWithALogThatLoads) {
     Connect({});
-    SetLivePeriodForTests(40);
+    SetLivePeriodForTests(150);
     ASSERT_TRUE(RealTimeView(QStringLiteral("Start")));
     RunUntil(3, 10000);
     {
