@@ -92,6 +92,14 @@ struct ReferenceVerdict {
 // conclusive without samples with data.
 ReferenceVerdict Judge(const ExposureFigures &figures, const ExposureReference &reference);
 
+// What the user chose for an assessment: the references judged, in the order shown, and
+// the texts of the report.
+struct ExposureChoice {
+    QString site;
+    QString notes;
+    std::vector<ExposureReference> references;
+};
+
 // The words of the JSON texts: "median24h", "maximum"; "met", "exceeded", "not conclusive".
 QString BasisId(ExposureBasis basis);
 QString VerdictId(Verdict verdict);
