@@ -9,7 +9,7 @@ namespace fm {
 namespace {
 UiHost *g_host = nullptr;
 
-// The starting states of the toolbar: 3, 4, 13, 14, 15 and the gaps are off.
+// The starting states of the toolbar: 3, 4, 13, 14, 15, 25 and the gaps are off.
 unsigned StartingButtons() {
     unsigned bits = 0;
     for (int b : {2, 6, 7, 9, 10, 11, 17, 19, 20, 21, 23, 24}) bits |= 1u << b;
@@ -28,14 +28,14 @@ bool QuietHost::SystemBox(const QString &text, const QString &title, SystemBoxKi
 }
 
 void QuietHost::SetButtonEnabled(int button, bool enabled) {
-    if (button < 1 || button > 24) return;
+    if (button < 1 || button > 25) return;
     if (buttonsEnabled_ == 0) buttonsEnabled_ = StartingButtons();
     if (enabled) buttonsEnabled_ |= 1u << button;
     else buttonsEnabled_ &= ~(1u << button);
 }
 
 bool QuietHost::ButtonEnabled(int button) const {
-    if (button < 1 || button > 24) return false;
+    if (button < 1 || button > 25) return false;
     const unsigned bits = buttonsEnabled_ ? buttonsEnabled_ : StartingButtons();
     return bits & (1u << button);
 }
@@ -50,7 +50,7 @@ UiHost &Host() {
 void SetHost(UiHost *host) { g_host = host; }
 
 void EnableDataButtons() {
-    for (int b : {3, 4, 15, 14, 13}) Host().SetButtonEnabled(b, true);
+    for (int b : {3, 4, 15, 14, 13, 25}) Host().SetButtonEnabled(b, true);
 }
 
 void ShowWarningsIfWanted() {

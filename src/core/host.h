@@ -21,7 +21,7 @@ public:
 
     // lblPanel1 of frmMain, repainted at once.
     virtual void SetPanelText(const QString &text) = 0;
-    // Toolbar buttons of frmMain by number (1 to 24).
+    // Toolbar buttons of frmMain by number (1 to 25).
     virtual void SetButtonEnabled(int button, bool enabled) = 0;
     virtual bool ButtonEnabled(int button) const = 0;
     virtual void SetButtonValue(int button, int value) = 0;
@@ -92,7 +92,7 @@ private:
 UiHost &Host();
 
 // What every filler of the data set does once new data is in: the data buttons (3, 4, 13,
-// 14, 15) come on, and the findings show when the options ask for them.
+// 14, 15, 25) come on, and the findings show when the options ask for them.
 void EnableDataButtons();
 void ShowWarningsIfWanted();
 // Installs the host; nullptr goes back to a QuietHost. The caller keeps ownership.

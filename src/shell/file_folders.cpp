@@ -3,38 +3,21 @@
 #include "core/app_paths.h"
 #include "core/fault.h"
 #include "core/options.h"
-#include "core/safe_file.h"
 #include "files/file_names.h"
+#include "shell/desktop_settings.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QMap>
 #include <QStandardPaths>
 
 namespace fm {
 namespace {
-const char *const kSection = "[Folders]";
+QString Section() {
+    return QStringLiteral("Folders");
+}
 
 QString Key(FileKind kind) {
     return kind == FileKind::Tables ? QStringLiteral("tables") : QStringLiteral("images");
-}
-
-// key=value lines under [Folders]; the value runs to the end of its line as it stands.
-QMap<QString, QString> ReadFolders() {
-    QMap<QString, QString> folders;
-    QFile f(DesktopSettingsPath());
-    if (!f.open(QIODevice::ReadOnly | QIODevice::Text)) return folders;
-    bool inSection = false;
-    for (const QString &line : QString::fromUtf8(f.readAll()).split(QLatin1Char('\n'))) {
-        if (line.startsWith(QLatin1Char('['))) {
-            inSection = line.trimmed() == QLatin1String(kSection);
-            continue;
-        }
-        const qsizetype eq = line.indexOf(QLatin1Char('='));
-        if (inSection && eq > 0) folders.insert(line.left(eq).trimmed(), line.mid(eq + 1));
-    }
-    return folders;
 }
 
 QString Documents() {
@@ -60,7 +43,7 @@ QString StartFolder(FileKind kind) {
         const QString last = QDir::fromNativeSeparators(Options().LastPath.trimmed());
         folder = QFileInfo(last).isFile() ? QFileInfo(last).absolutePath() : last;
     } else {
-        folder = ReadFolders().value(Key(kind));
+        folder = DesktopSettings::Read().Value(Section(), Key(kind));
     }
     return Usable(folder) ? folder : Documents();
 }
@@ -73,15 +56,9 @@ void RememberFolder(FileKind kind, const QString &file) {
     // Not being able to note a folder costs only a detour at the next dialog, never data:
     // it is not worth a box in the middle of a save that went well.
     try {
-        QMap<QString, QString> folders = ReadFolders();
-        folders.insert(Key(kind), QFileInfo(file).absolutePath());
-        QByteArray text = QByteArray(kSection) + '\n';
-        for (auto it = folders.cbegin(); it != folders.cend(); ++it)
-            text += (it.key() + QLatin1Char('=') + it.value()).toUtf8() + '\n';
-        SafeFile out(DesktopSettingsPath());
-        out.Open();
-        out.Write(text);
-        out.Commit();
+        DesktopSettings settings = DesktopSettings::Read();
+        settings.Set(Section(), Key(kind), QFileInfo(file).absolutePath());
+        settings.Save();
     } catch (const Fault &) {
     }
 }

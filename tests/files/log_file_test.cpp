@@ -61,7 +61,7 @@ TEST_F(LogFileTest, LoadsSamplesDatesAndFigures) {
     EXPECT_FLOAT_EQ(d.DataMin, 0.5f);
     EXPECT_EQ(host.infoUpdates, 1);
     EXPECT_EQ(host.warningsShown, 1);
-    for (int b : {3, 4, 13, 14, 15}) EXPECT_TRUE(host.enabled[b]);
+    for (int b : {3, 4, 13, 14, 15, 25}) EXPECT_TRUE(host.enabled[b]);
 }
 
 TEST_F(LogFileTest, OldFormsAndTolerantFields) {

@@ -26,6 +26,7 @@
 #include "shell/widgets/frm_message_box.h"
 #include "shell/widgets/frm_settings.h"
 #include "shell/widgets/frm_source.h"
+#include "charts/widgets/frm_exposure.h"
 #include "charts/widgets/frm_graph_st.h"
 #include "charts/widgets/frm_graph_te.h"
 #include "realtime/widgets/frm_view.h"
@@ -61,13 +62,16 @@ struct ButtonDef {
     int tooltip;   // language string
     bool enabled;  // at start
 };
-// Buttons 1 to 24 by number; 1 is a separator, images 0 are gaps.
-const ButtonDef kButtons[25] = {
+// Buttons 1 to 25 by number; 1 is a separator, images 0 are gaps.
+const ButtonDef kButtons[26] = {
     {}, {0, 0, true}, {1, 4126, true}, {2, 4127, false}, {4, 4128, false}, {0, 0, true},
     {16, 4129, true}, {3, 4130, true}, {0, 0, true}, {6, 4131, true}, {7, 4132, true},
     {8, 4133, true}, {0, 0, true}, {9, 4134, false}, {10, 4135, false}, {13, 4136, false},
     {0, 0, true}, {5, 4137, true}, {0, 0, true}, {17, 4156, true}, {11, 4138, true},
-    {15, 4139, true}, {0, 0, true}, {14, 4140, true}, {12, 4141, true}};
+    {15, 4139, true}, {0, 0, true}, {14, 4140, true}, {12, 4141, true}, {18, 4472, false}};
+// The order on the toolbar: the exposure, added last, stands with the other views.
+const int kButtonOrder[] = {1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13,
+                            14, 15, 25, 16, 17, 18, 19, 20, 21, 22, 23, 24};
 
 const char *const kInfoKey = "frmInfo";
 
@@ -135,6 +139,9 @@ frmMain::frmMain() : DockControl_(this) {
                  [] { return bool(Options().OpenGraphSt); }};
     Views[15] = {[] { return ViewDataSource(true); }, [] { return Shared().SourceOpen; },
                  [] { return bool(Options().OpenSource); }};
+    // No option opens it after a load: the options record has no room for one.
+    Views[25] = {[] { return ShowExposure(); }, [] { return frmExposure::Current() != nullptr; },
+                 [] { return false; }};
 }
 
 frmMain::~frmMain() {
@@ -150,7 +157,7 @@ void frmMain::SetUpToolbar() {
     tbrToolbar->setMovable(false);
     tbrToolbar->setIconSize(QSize(24, 24));
     ButtonMenus = new QMenu(this);
-    for (int b = 1; b <= 24; ++b) {
+    for (int b : kButtonOrder) {
         const ButtonDef &def = kButtons[b];
         if (def.image == 0) {
             Buttons[size_t(b)] = tbrToolbar->addSeparator();
@@ -251,6 +258,7 @@ void frmMain::SetUpMenus() {
     mnuSubGraph[0] = item(mnuGraph, "Show &Time Evolution...", 4115, Qt::Key_F4, forward(13));
     mnuSubGraph[1] = item(mnuGraph, "Show S&tatistics...", 4116, Qt::Key_F5, forward(14));
     mnuSubGraph[2] = item(mnuGraph, "Show &Data Source...", 4117, Qt::Key_F6, forward(15));
+    mnuSubGraph[3] = item(mnuGraph, "Show &Exposure...", 4471, Qt::Key_F7, forward(25));
     connect(mnuGraph, &QMenu::aboutToShow, this, [this] { CopyToolbarState(mnuGraph); });
 
     mnuWindows = menuBar()->addMenu(QStringLiteral("&Windows"));
@@ -315,7 +323,7 @@ void frmMain::ApplyLanguage() {
     for (auto *a : mnuSubWindow) caption(a);
     for (auto *a : mnuSubHelp) caption(a);
     mnuSubMonitor[2]->setVisible(false);
-    for (int b = 2; b <= 24; ++b)
+    for (int b = 2; b <= 25; ++b)
         if (kButtons[b].tooltip) Buttons[size_t(b)]->setToolTip(ResString(kButtons[b].tooltip));
     lblBattStatus->setText(ResString(5));
     lblCommStatus->setText(ResString(5));
@@ -339,6 +347,7 @@ void frmMain::CopyToolbarState(QMenu *menu) {
         copy(mnuSubGraph[0], 13);
         copy(mnuSubGraph[1], 14);
         copy(mnuSubGraph[2], 15);
+        copy(mnuSubGraph[3], 25);
     }
 }
 
@@ -367,7 +376,7 @@ void frmMain::ListChildWindows() {
 }
 
 int frmMain::ButtonValue(int button) const {
-    const QAction *a = button >= 1 && button <= 24 ? Buttons[size_t(button)] : nullptr;
+    const QAction *a = button >= 1 && button <= 25 ? Buttons[size_t(button)] : nullptr;
     return a && a->isChecked() ? 1 : 0;
 }
 
@@ -447,7 +456,8 @@ void frmMain::tbrToolbar_ButtonClick(int button) {
         case 9: ShowRealTimeView(); return;
         case 13:
         case 14:
-        case 15: {
+        case 15:
+        case 25: {
             const auto it = Views.find(button);
             if (it == Views.end()) return;
             if (it->second.isOpen && it->second.isOpen()) {
@@ -464,8 +474,12 @@ void frmMain::tbrToolbar_ButtonClick(int button) {
         case 10:
         case 11: LinkCommand(button); return;
         case 17: {
+            const float threshold = Options().Soglia;
             frmSettings dlg(this);
             dlg.exec();
+            // The exposure's figures rest on the threshold.
+            if (Options().Soglia != threshold)
+                if (frmExposure *f = frmExposure::Current()) f->Recompute();
             return;
         }
         case 19: ToggleWarnings(); return;
@@ -615,7 +629,7 @@ void frmMain::OpenRequestedForms() {
         std::map<int, Placement> placed;
         const QMdiSubWindow *active = mdiArea->activeSubWindow();
         const int activeView = active ? active->property("viewButton").toInt() : 0;
-        for (int b : {13, 14, 15}) {
+        for (int b : {13, 14, 15, 25}) {
             const auto it = Views.find(b);
             if (it == Views.end() || !it->second.isOpen || !it->second.isOpen()) continue;
             for (QMdiSubWindow *w : mdiArea->subWindowList()) {
@@ -629,7 +643,7 @@ void frmMain::OpenRequestedForms() {
         for (QMdiSubWindow *w : mdiArea->subWindowList())
             if (w->property("viewButton").toInt() == -13) w->close();
         // A closed view clears its open flag at once, so the buttons open new ones here.
-        for (int b : {13, 14, 15}) {
+        for (int b : {13, 14, 15, 25}) {
             const auto it = Views.find(b);
             if (it == Views.end()) continue;
             if (placed[b].wasOpen || (it->second.wanted && it->second.wanted())) tbrToolbar_ButtonClick(b);
@@ -665,15 +679,15 @@ void frmMain::SetPanelText(const QString &text) {
 }
 
 void frmMain::SetButtonEnabled(int button, bool enabled) {
-    if (button >= 1 && button <= 24) Buttons[size_t(button)]->setEnabled(enabled);
+    if (button >= 1 && button <= 25) Buttons[size_t(button)]->setEnabled(enabled);
 }
 
 bool frmMain::ButtonEnabled(int button) const {
-    return button >= 1 && button <= 24 && Buttons[size_t(button)]->isEnabled();
+    return button >= 1 && button <= 25 && Buttons[size_t(button)]->isEnabled();
 }
 
 void frmMain::SetButtonValue(int button, int value) {
-    if (button >= 1 && button <= 24 && Buttons[size_t(button)]->isCheckable())
+    if (button >= 1 && button <= 25 && Buttons[size_t(button)]->isCheckable())
         Buttons[size_t(button)]->setChecked(value != 0);
 }
 

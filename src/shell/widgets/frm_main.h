@@ -34,7 +34,7 @@ public:
 
     QMdiArea *mdiArea;
     QToolBar *tbrToolbar;
-    std::array<QAction *, 25> Buttons{};  // by number, 1 to 24; gaps are separators
+    std::array<QAction *, 26> Buttons{};  // by number, 1 to 25; gaps are separators
     QToolButton *btnLoad;                   // button 2 with its drop-down
     QMenu *ButtonMenus;                      // the recent files of button 2
     QLabel *lblPanel1, *imgCommStatus, *lblCommStatus, *imgBattStatus, *lblBattStatus;
@@ -48,7 +48,7 @@ public:
     std::array<QAction *, 10> mnuSubFile{};
     std::array<QAction *, 8> mnuSubMonitor{};
     std::array<QAction *, 10> mnuSubSubMonitor{};
-    std::array<QAction *, 3> mnuSubGraph{};
+    std::array<QAction *, 4> mnuSubGraph{};
     std::array<QAction *, 5> mnuSubWindow{};
     std::array<QAction *, 4> mnuSubHelp{};
 
@@ -61,7 +61,7 @@ public:
     // Tiles the child windows one above the other, each the full width.
     void Arrange();
 
-    // The views that later subsystems attach: button 13, 14, 15 open them.
+    // The views that later subsystems attach: buttons 13, 14, 15 and 25 open them.
     struct View {
         std::function<QMdiSubWindow *()> open;  // builds and shows the view
         std::function<bool()> isOpen;
