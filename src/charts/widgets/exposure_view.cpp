@@ -19,6 +19,10 @@ QString DurationText(double seconds) {
     return hours ? FormatNumber(double(hours), u"0") + QStringLiteral(" h ") + m : m;
 }
 
+QString DateTimeText(double date) {
+    return ShortDate(date) + QLatin1Char(' ') + LongTime(date);
+}
+
 QString FieldText(const std::optional<double> &value) {
     return value ? FormatNumber(*value, u"#0.00") + QStringLiteral(" µT") : QStringLiteral("---");
 }
@@ -40,7 +44,7 @@ QString VerdictText(const ReferenceVerdict &v, const ExposureFigures &figures) {
     text += QStringLiteral(": ") + FieldText(v.figure);
     if (v.period >= 0 && size_t(v.period) < figures.periods.size())
         text += QStringLiteral(" (") +
-                ResString(4499).arg(GeneralDate(figures.periods[size_t(v.period)].start)) + QLatin1Char(')');
+                ResString(4499).arg(DateTimeText(figures.periods[size_t(v.period)].start)) + QLatin1Char(')');
     return text;
 }
 
@@ -55,7 +59,7 @@ void FillPeriods(QTableWidget *table, const ExposureFigures &figures) {
     };
     for (int r = 0; r < table->rowCount(); ++r) {
         const DailyPeriod &p = figures.periods[size_t(r)];
-        cell(r, 0, GeneralDate(p.start), false);
+        cell(r, 0, DateTimeText(p.start), false);
         cell(r, 1, p.median ? FormatNumber(*p.median, u"#0.00") : QStringLiteral("---"), true);
         cell(r, 2, FormatNumber(double(p.valid), u"0"), true);
         cell(r, 3, FormatNumber(p.coverage * 100, u"0.0") + QStringLiteral(" %"), true);
@@ -72,7 +76,8 @@ void FillPeriods(QTableWidget *table, const ExposureFigures &figures) {
             table->item(r, 1)->setFont(bold);
         }
     }
-    table->resizeColumnsToContents();
+    // The last column keeps stretching to the edge.
+    for (int c = 0; c < 4; ++c) table->resizeColumnToContents(c);
 }
 
 void DrawHourlyMeans(QCustomPlot *plot, const ExposureFigures &figures) {

@@ -78,6 +78,9 @@ QString ValueText(double value) {
 QLabel *VerdictLabel(QWidget *parent) {
     auto *l = new QLabel(parent);
     l->setIndent(22);  // under the name, clear of the check box
+    // A long verdict takes a second line: the names and values set the panel's width.
+    l->setWordWrap(true);
+    l->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     l->setMinimumHeight(l->fontMetrics().height());
     return l;
 }
@@ -152,6 +155,7 @@ QWidget *frmExposure::FiguresPanel() {
         auto *label = new QLabel(caption, panel);
         value = new QLabel(panel);
         value->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        value->setWordWrap(true);
         grid->addWidget(label, row, 0);
         grid->addWidget(value, row++, 1);
         return label;
@@ -209,10 +213,13 @@ QWidget *frmExposure::ReferencesPanel() {
         line.check->setObjectName(QStringLiteral("chk-") + r.id);
         auto *value = new QLabel(FormatNumber(r.value, u"0.##") + QStringLiteral(" µT"), group);
         value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        auto *basis = new QLabel(BasisText(r.basis), group);
+        basis->setAlignment(Qt::AlignRight | Qt::AlignTop);
+        basis->setStyleSheet(QStringLiteral("color:#5f6b76"));
         grid->addWidget(line.check, row, 0);
-        grid->addWidget(value, row, 1);
-        grid->addWidget(new QLabel(BasisText(r.basis), group), row++, 2);
-        grid->addWidget(line.verdict, row++, 0, 1, 3);
+        grid->addWidget(value, row++, 1);
+        grid->addWidget(line.verdict, row, 0);
+        grid->addWidget(basis, row++, 1);
         references.push_back(line);
     }
     chkOwn = new QCheckBox(group);
@@ -220,7 +227,6 @@ QWidget *frmExposure::ReferencesPanel() {
     txtOwnName = new QLineEdit(group);
     txtOwnName->setPlaceholderText(ResString(4493));
     txtOwnValue = new QLineEdit(group);
-    txtOwnValue->setPlaceholderText(QStringLiteral("µT"));
     txtOwnValue->setAlignment(Qt::AlignRight);
     txtOwnValue->setFixedWidth(txtOwnValue->fontMetrics().horizontalAdvance(QStringLiteral("00000.000")) +
                                12);
@@ -231,10 +237,13 @@ QWidget *frmExposure::ReferencesPanel() {
     own->addWidget(chkOwn);
     own->addWidget(txtOwnName, 1);
     grid->addLayout(own, row, 0);
-    grid->addWidget(txtOwnValue, row, 1);
-    grid->addWidget(cboOwnBasis, row++, 2);
+    auto *value = new QHBoxLayout;
+    value->addWidget(txtOwnValue);
+    value->addWidget(new QLabel(QStringLiteral("µT"), group));
+    grid->addLayout(value, row++, 1);
     lblOwnVerdict = VerdictLabel(group);
-    grid->addWidget(lblOwnVerdict, row++, 0, 1, 3);
+    grid->addWidget(lblOwnVerdict, row, 0);
+    grid->addWidget(cboOwnBasis, row++, 1, Qt::AlignTop);
     grid->setColumnStretch(0, 1);
 
     auto *report = new QGridLayout;
@@ -308,7 +317,7 @@ void frmExposure::ShowFigures() {
     QString highest = FieldText(f.highestMedian);
     if (f.highestMedian && f.highestMedianPeriod >= 0)
         highest += QStringLiteral(" (") +
-                   ResString(4499).arg(GeneralDate(f.periods[size_t(f.highestMedianPeriod)].start)) +
+                   ResString(4499).arg(DateTimeText(f.periods[size_t(f.highestMedianPeriod)].start)) +
                    QLatin1Char(')');
     lblHighest->setText(highest);
     QStringList ranks;
@@ -325,7 +334,7 @@ void frmExposure::ShowFigures() {
                           : share);
     lblLongest->setText(f.longestRunStart && f.stepSeconds > 0
                             ? DurationText(f.longestRunSeconds) + QStringLiteral(", ") +
-                                  ResString(4499).arg(GeneralDate(*f.longestRunStart))
+                                  ResString(4499).arg(DateTimeText(*f.longestRunStart))
                             : QStringLiteral("---"));
     FillPeriods(grdPeriods, f);
     DrawHourlyMeans(pltHours, f);

@@ -3,6 +3,7 @@
 // and an own value typed, the report saved as a PDF file under the offered name, the
 // choices found again after closing, a new threshold in the preferences and a second load
 // that rebuild it.
+#include "charts/widgets/exposure_view.h"
 #include "charts/widgets/frm_exposure.h"
 #include "core/app_paths.h"
 #include "core/data_set.h"
@@ -52,7 +53,7 @@ QByteArray SiteLog(double second) {
 }
 
 QString From(int day, int hour) {
-    return QStringLiteral(" (") + ResString(4499).arg(GeneralDate(DateFromParts(2026, 10, day, hour))) +
+    return QStringLiteral(" (") + ResString(4499).arg(DateTimeText(DateFromParts(2026, 10, day, hour))) +
            QLatin1Char(')');
 }
 }  // namespace
@@ -115,7 +116,7 @@ private slots:
         QCOMPARE(f->lblAboveCaption->text(), QStringLiteral("Above the threshold of 10 µT"));
         QCOMPARE(f->lblAbove->text(), QStringLiteral("4 h 00 min (11.4 %)"));  // 24 of 210 samples
         QCOMPARE(f->lblLongest->text(),
-                 QStringLiteral("4 h 00 min, from ") + GeneralDate(DateFromParts(2026, 10, 14, 12)));
+                 QStringLiteral("4 h 00 min, from ") + DateTimeText(DateFromParts(2026, 10, 14, 12)));
         QCOMPARE(f->grdPeriods->rowCount(), 2);
         QCOMPARE(f->grdPeriods->item(0, 1)->text(), QStringLiteral("4.00"));
         QCOMPARE(f->grdPeriods->item(0, 3)->text(), QStringLiteral("95.8 %"));
