@@ -167,6 +167,9 @@ QWidget *frmExposure::FiguresPanel() {
     lblAboveCaption = add(QString(), lblAbove);
     add(ResString(4480), lblLongest);
     grid->setColumnStretch(1, 1);
+    // A window made narrow wraps a dated figure once, never a number.
+    grid->setColumnMinimumWidth(
+        1, fontMetrics().horizontalAdvance(QStringLiteral("00.00 / 00.00 / 00.00 / 00.00 µT")));
 
     grdPeriods = new QTableWidget(0, 5, panel);
     grdPeriods->setObjectName(QStringLiteral("grdPeriods"));
