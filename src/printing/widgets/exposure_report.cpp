@@ -344,18 +344,18 @@ void ExposureReport::BuildTimeChart() {
     c->SetValues(0, std::move(values));
     c->SetLabelFunction(SampleDateLabels());
     // The scale holds the field, and the nearest reference above it when that is no more
-    // than five times the maximum; the others above are named under the chart.
+    // than three times the maximum; the others above are named under the chart.
     const double highest = f_.maximum.value_or(0);
     double top = highest > 0 ? highest * 1.1 : 1;
     double nearest = 0;
     for (const ExposureReference &r : choice_.references)
-        if (r.value > highest && r.value <= std::max(highest, 0.1) * 5 && (nearest == 0 || r.value < nearest))
+        if (r.value > highest && r.value <= std::max(highest, 0.1) * 3 && (nearest == 0 || r.value < nearest))
             nearest = r.value;
     top = std::max(top, nearest * 1.12);
-    if (f_.threshold > 0 && f_.threshold <= std::max(highest, 0.1) * 5) top = std::max(top, f_.threshold * 1.12);
+    if (f_.threshold > 0 && f_.threshold <= std::max(highest, 0.1) * 3) top = std::max(top, f_.threshold * 1.12);
     c->SetLeftRange(0, top, 0);
     QCustomPlot *plot = c->Plot();
-    const auto line = [&](double value, const QString &label, QColor color, Qt::PenStyle style, double across) {
+    const auto line = [&](double value, const QString &label, QColor color, Qt::PenStyle style, size_t slot) {
         auto *l = new QCPItemStraightLine(plot);
         l->point1->setCoords(0, value);
         l->point2->setCoords(1, value);
@@ -363,32 +363,51 @@ void ExposureReport::BuildTimeChart() {
         auto *text = new QCPItemText(plot);
         text->position->setTypeX(QCPItemPosition::ptAxisRectRatio);
         text->position->setTypeY(QCPItemPosition::ptPlotCoords);
-        text->position->setCoords(across, value);
-        text->setPositionAlignment(Qt::AlignRight | Qt::AlignBottom);
+        static constexpr double across[] = {0.99, 0.01, 0.5};
+        static constexpr Qt::Alignment align[] = {Qt::AlignRight, Qt::AlignLeft, Qt::AlignHCenter};
+        text->position->setCoords(across[slot], value);
+        text->setPositionAlignment(align[slot] | Qt::AlignBottom);
         text->setFont(ItemFont(true));
         text->setColor(color);
         text->setBrush(QColor(255, 255, 255, 210));
         text->setText(label);
     };
-    QStringList above;
-    // Labels at the right, and each one a little further left than the last, so that
-    // references close together stay readable.
-    double across = 0.99;
+    // One line for each value, labelled with every reference at it, and the threshold's
+    // dashed. From the lowest up, a label goes at the right, else at the left, else in the
+    // middle: wherever the label below it leaves room.
+    struct Level {
+        double value;
+        QStringList names;
+        QColor color;
+        Qt::PenStyle style;
+    };
     static const QColor colors[] = {QColor(200, 0, 0), QColor(210, 110, 0), QColor(140, 0, 140),
                                     QColor(0, 130, 130), QColor(90, 90, 0), QColor(0, 0, 0)};
-    for (size_t k = 0; k < choice_.references.size(); ++k) {
-        const ExposureReference &r = choice_.references[k];
-        const QString label = ExposureReferenceName(r) + QStringLiteral(" ") + ReferenceValue(r.value);
-        if (r.value > top) {
-            above << label;
+    std::vector<Level> levels;
+    for (const ExposureReference &r : choice_.references) {
+        auto at = std::find_if(levels.begin(), levels.end(), [&](const Level &l) { return l.value == r.value; });
+        if (at == levels.end())
+            at = levels.insert(levels.end(), {r.value, {}, colors[levels.size() % std::size(colors)], Qt::SolidLine});
+        at->names << ExposureReferenceName(r);
+    }
+    if (f_.threshold > 0) levels.push_back({f_.threshold, {ResString(4449)}, QColor(100, 100, 100), Qt::DashLine});
+    std::stable_sort(levels.begin(), levels.end(), [](const Level &a, const Level &b) { return a.value < b.value; });
+    QStringList above;
+    constexpr double kLabelShare = 0.065;  // of the plot's height, a label's with some room
+    std::array<double, 3> lastAt = {-1, -1, -1};  // right, left, middle
+    for (const Level &l : levels) {
+        const QString label = l.names.join(QStringLiteral(" \u00b7 ")) + QStringLiteral(" ") + ReferenceValue(l.value);
+        if (l.value > top) {
+            if (l.style == Qt::SolidLine) above << label;
             continue;
         }
-        line(r.value, label, colors[k % std::size(colors)], Qt::SolidLine, across);
-        across = across < 0.5 ? 0.99 : across - 0.16;
+        const double at = l.value / top;
+        size_t slot = 0;
+        while (slot < 3 && at - lastAt[slot] < kLabelShare) ++slot;
+        if (slot == 3) slot = 0;
+        lastAt[slot] = at;
+        line(l.value, label, l.color, l.style, slot);
     }
-    if (f_.threshold > 0 && f_.threshold <= top)
-        line(f_.threshold, ResString(4449) + QStringLiteral(" ") + ReferenceValue(f_.threshold), QColor(100, 100, 100),
-             Qt::DashLine, 0.35);
     aboveScale_ = above;
     c->Refresh();
 }
@@ -418,8 +437,12 @@ void ExposureReport::BuildHistogram() {
         most = std::max(most, share);
         c->Add(0, share, FormatNumber(width * k, pattern) + QChar(0x2013) + FormatNumber(width * (k + 1), pattern));
     }
-    c->SetLeftRange(0, std::min(100.0, std::max(1.0, most * 1.12)), 0);
-    c->SetLeftDecimals(0);
+    // Ticks at 1, 2 or 5 times a power of ten, about five of them, with the decimals they need.
+    const double top = std::min(100.0, std::max(1.0, most * 1.12));
+    const double raw = top / 5, power = std::pow(10.0, std::floor(std::log10(raw)));
+    const double step = raw <= power ? power : raw <= 2 * power ? 2 * power : raw <= 5 * power ? 5 * power : 10 * power;
+    c->SetLeftRange(0, top, step);
+    c->SetLeftDecimals(step < 1 ? 1 : 0);
     c->Refresh();
 }
 
@@ -488,16 +511,13 @@ void ExposureReport::Draw(PrinterPage &page) const {
             rows.push_back({ExposureReferenceName(r), ReferenceValue(r.value), ExposureBasisText(r.basis), judged,
                             ExposureVerdictText(v.verdict)});
         }
-        flow.Table({{0.34, false}, {0.10, true}, {0.19, false}, {0.21, true}, {0.16, false}}, Parts(4460), rows,
+        flow.Table({{0.36, false}, {0.09, true}, {0.19, false}, {0.20, true}, {0.16, false}}, Parts(4460), rows,
                    [&](size_t k) {
                        Flow::RowStyle s;
                        const Verdict v = verdicts_[k].verdict;
                        s.lastBold = true;
                        s.lastColor = v == Verdict::Exceeded ? kExceeded : v == Verdict::Met ? kMet : kOpen;
-                       if (v == Verdict::Exceeded) {
-                           s.back = kExceededBack;
-                           s.bold = true;
-                       }
+                       if (v == Verdict::Exceeded) s.back = kExceededBack;
                        return s;
                    });
     }
