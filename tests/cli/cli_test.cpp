@@ -84,6 +84,29 @@ TEST_F(CliTest, InfoPrintsThePanelAndTheFindings) {
     EXPECT_FALSE(o.contains("DataIsCsv"));
     ASSERT_EQ(o["warnings"].toArray().size(), 5);
     EXPECT_EQ(o["warnings"].toArray()[1].toObject()["level"].toInt(), 3);
+
+    // Five minutes, one without data: a short period that holds 4 of its 5 samples, too
+    // little for the daily medians to decide anything; the maximum decides the limits.
+    const QJsonObject e = o["exposure"].toObject();
+    const QJsonArray days = e["Median24h"].toArray();
+    ASSERT_EQ(days.size(), 1);
+    const QJsonObject day = days[0].toObject();
+    EXPECT_EQ(day["start"].toString(), QStringLiteral("2026-10-14T08:00:00"));
+    EXPECT_DOUBLE_EQ(day["median"].toDouble(), 0.62);  // 0.37 and 0.87 in the middle
+    EXPECT_EQ(day["valid"].toInt(), 4);
+    EXPECT_DOUBLE_EQ(day["coverage"].toDouble(), 0.8);
+    EXPECT_FALSE(day["complete"].toBool());
+    EXPECT_DOUBLE_EQ(e["P90"].toDouble(), 1.0);
+    EXPECT_DOUBLE_EQ(e["SecondsAboveThreshold"].toDouble(), 60 * e["ShareAboveThreshold"].toDouble() * 4);
+    const QJsonArray hours = e["HourlyMean"].toArray();
+    ASSERT_EQ(hours.size(), 24);
+    EXPECT_TRUE(hours[7].isNull());
+    EXPECT_NEAR(hours[8].toDouble(), (0.37 + 0.87 + 1.0 + 0.35) / 4, 1e-9);
+    QStringList verdicts;
+    for (const QJsonValue &r : e["References"].toArray())
+        verdicts << r["basis"].toString() + QLatin1Char(' ') + r["verdict"].toString();
+    EXPECT_EQ(verdicts, QStringList({"median24h not conclusive", "median24h not conclusive", "maximum met",
+                                     "maximum met", "maximum met", "maximum met"}));
 }
 
 // Each command has its own help with its own options; an option it does not have is named

@@ -30,10 +30,7 @@ TEST(Options, FirstStartWritesTheDefaultRecord) {
     QFile::remove(OptionsPath());
     ReadOptions();
     const OptionsRecord &o = Options();
-    EXPECT_TRUE(o.FirstRun);
-    EXPECT_EQ(o.ComPort, 1);
-    EXPECT_FLOAT_EQ(o.Soglia, 0.2f);
-    EXPECT_EQ(o.MemorySize, 65536);
+    EXPECT_TRUE(o.FirstRun);  // the port, threshold and memory size: in the bytes below
     EXPECT_TRUE(o.OpenGraphTe && o.OpenSource && o.ShowWarnings && o.InfoShown && o.InfoDocked);
     EXPECT_FALSE(o.OpenGraphSt || o.WarnOnDate || o.ConnectOnStart);
     SaveOptions();

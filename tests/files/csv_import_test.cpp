@@ -24,12 +24,7 @@ class CsvImportTest : public ::testing::Test {
 protected:
     test::Fresh fresh;
     test::RecorderHost host;
-    QString Write(const QByteArray &bytes, const QString &name = QStringLiteral("unit.csv")) {
-        const QString path = fresh.Path(name);
-        test::WriteBytes(path, bytes);
-        return path;
-    }
-    bool Load(const QByteArray &bytes) { return LoadFile(Write(bytes)); }
+    bool Load(const QByteArray &bytes) { return LoadFile(fresh.Write(QStringLiteral("unit.csv"), bytes)); }
     // The box of the error handler names the procedure.
     bool Trapped() const { return host.LastBox().contains(QStringLiteral("Error Raised by  : OpenCsv")); }
 };
@@ -151,7 +146,7 @@ TEST_F(CsvImportTest, FilesThatCannotBeSuchAFileLeaveTheDataSetAlone) {
     for (const QByteArray &bad : {Rec("1", "1") + "\r\n" + Rec("1", "1") + "\r\n", QByteArray(),
                                   Rec("1", "1"), QByteArray("1,2,3\n")}) {
         host.boxes.clear();
-        EXPECT_FALSE(LoadFile(Write(bad, QStringLiteral("bad.csv"))));
+        EXPECT_FALSE(LoadFile(fresh.Write(QStringLiteral("bad.csv"), bad)));
         ASSERT_EQ(host.boxes.size(), 1u);
         EXPECT_EQ(host.LastBox(), ResString(bad.contains('\r') ? 4230 : 4231));
         EXPECT_EQ(Data().DataCount, 2);
@@ -159,7 +154,7 @@ TEST_F(CsvImportTest, FilesThatCannotBeSuchAFileLeaveTheDataSetAlone) {
         EXPECT_EQ(host.waitHidden, host.waitShown);
     }
     // Only a lower-case ".csv" name is such a file.
-    EXPECT_FALSE(LoadFile(Write(Rec("1", "1") + '\n', QStringLiteral("unit.CSV"))));
+    EXPECT_FALSE(LoadFile(fresh.Write(QStringLiteral("unit.CSV"), Rec("1", "1") + '\n')));
     EXPECT_EQ(host.LastBox(), ResString(22));
 }
 
@@ -182,11 +177,12 @@ TEST_F(CsvImportTest, RecordsPastASixteenBitCount) {
     EXPECT_NEAR(d.DataEnd, DateFromParts(2026, 3, 14) + 200'000.0 / 86400, 1e-9);
 }
 
-// What the panel and the list make of such a data set (the findings have their own test).
+// What the panel and the list make of such a data set (the findings have their own test);
+// every column shows its float's own digits: 0.165 is 0,16, never the widened 0,17.
 TEST_F(CsvImportTest, ViewsShowTheAuxiliaryAndRfFigures) {
     test::ScopedLocale it(QStringLiteral("it_IT"));
-    ASSERT_TRUE(Load(Rec("2.25", "1.25", "0.5") + '\n' + Rec("3.75", "0.35", "1.5") + '\n' +
-                     Rec("8", "2", "1") + '\n'));
+    ASSERT_TRUE(Load("14/10/2026 08:00:00,0.165,3.46,0.30,0.165,1.25,0.165\n" + Rec("2.675", "0.35", "1.5") +
+                     '\n' + Rec("8", "2", "1") + '\n'));
     const InfoTexts t = BuildInfo();
     EXPECT_EQ(t.source, QStringLiteral("File Centralina"));
     EXPECT_EQ(t.step, QStringLiteral("5 ") + ResString(3013));
@@ -200,10 +196,10 @@ TEST_F(CsvImportTest, ViewsShowTheAuxiliaryAndRfFigures) {
     EXPECT_EQ(list.HeadingLines(), 8);
     EXPECT_EQ(list.MedianLine(), -1);
     EXPECT_EQ(list.Line(4), QStringLiteral("         Mediana dei dati :---(uT)"));
-    EXPECT_EQ(list.Line(5), ResString(45) + QStringLiteral(" 2,25 ") + ResString(46) +
-                                QStringLiteral(" 3,75 ") + ResString(47) + QStringLiteral(" 3,00 "));
+    EXPECT_EQ(list.Line(5), ResString(45) + QStringLiteral(" 0,16 ") + ResString(46) +
+                                QStringLiteral(" 2,68 ") + ResString(47) + QStringLiteral(" 1,42 "));
     EXPECT_EQ(list.Line(6), ResString(3020) + ResString(3050));
     EXPECT_EQ(list.LineOfSample(1), 8);
-    EXPECT_TRUE(list.Line(8).endsWith(QStringLiteral("    0,50")));
+    EXPECT_TRUE(list.Line(8).endsWith(QStringLiteral("    0,16    3,46    0,30    0,16")));
     EXPECT_EQ(list.LineCount(), 11);
 }

@@ -10,9 +10,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <QDir>
 #include <QFile>
-#include <QFileDevice>
 #include <QFileInfo>
 #include <cmath>
 
@@ -34,9 +32,7 @@ protected:
     test::Fresh fresh;
     test::RecorderHost host;
     QString Write(const QByteArray &bytes, const QString &name = QStringLiteral("in.log")) {
-        const QString path = fresh.Path(name);
-        test::WriteBytes(path, bytes);
-        return path;
+        return fresh.Write(name, bytes);
     }
 };
 } // namespace

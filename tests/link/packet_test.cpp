@@ -94,9 +94,7 @@ TEST(WireFormats, BcdAndDates) {
 }
 
 TEST(WireFormats, TheYearBitsCycleEveryFourYears) {
-    // Any present date goes on the wire: 2026 is 14 years after 2012, bits 2.
-    const auto w = EncodeWireDate(QDateTime(QDate(2026, 3, 5), QTime(8, 7, 6)), 2026);
-    EXPECT_EQ(QByteArray(reinterpret_cast<const char *>(w.data()), 5), Hex("0607088503"));
+    // Any present year goes on the wire (the bytes of a whole date: above).
     for (int present = 2012; present <= 2100; ++present) {
         SCOPED_TRACE(present);
         // The window runs from two years back to one ahead, each year once.
@@ -115,14 +113,10 @@ TEST(WireFormats, ReadingADateTakesTheYearFromToday) {
     const auto wire = [](int year, int month, int day) {
         return EncodeWireDate(QDateTime(QDate(year, month, day), QTime(9, 30)), year);
     };
-    test::ScopedClock today(DateFromParts(2026, 5, 1, 12, 0));
-    // A session recorded in 2024 and a start programmed for 2027, read in 2026.
-    EXPECT_EQ(DecodeWireDate(wire(2024, 3, 3).data()), DateFromParts(2024, 3, 3, 9, 30));
-    EXPECT_EQ(DecodeWireDate(wire(2027, 2, 1).data()), DateFromParts(2027, 2, 1, 9, 30));
-    EXPECT_EQ(DecodeWireDate(wire(2026, 5, 1).data()), DateFromParts(2026, 5, 1, 9, 30));
-    // At the turn of the year the window moves: bits 0 are 2024 until midnight, 2028 after it.
+    // Which year of the window a wire date is in: the loop above. Here, that the window
+    // is today's: at the turn of the year bits 0 are 2024 until midnight, 2028 after it.
     const auto leap = wire(2024, 2, 29);
-    today.Set(DateFromParts(2026, 12, 31, 23, 59, 59));
+    test::ScopedClock today(DateFromParts(2026, 12, 31, 23, 59, 59));
     EXPECT_EQ(DecodeWireDate(leap.data()), DateFromParts(2024, 2, 29, 9, 30));
     today.Set(DateFromParts(2027, 1, 1));
     EXPECT_EQ(DecodeWireDate(leap.data()), DateFromParts(2028, 2, 29, 9, 30));

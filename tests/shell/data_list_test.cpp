@@ -84,19 +84,3 @@ TEST(DataList, PanelAndListRoundAlike) {
     EXPECT_EQ(t.values[3], QStringLiteral("0,16 µT"));  // the median
     EXPECT_EQ(DataList(true).Line(4), QStringLiteral("         Mediana dei dati :0,16(uT)"));
 }
-
-// A CSV import holds floats of any precision: each column shows the float's own digits.
-TEST(DataList, ImportedFloatsShowTheirOwnDigits) {
-    test::Fresh fresh(1);
-    test::ScopedLocale us(QStringLiteral("en_US"));
-    test::SetOneSample(0.165f, 3.46f, 0.1f + 0.2f, 0.165);
-    MeasurementData &d = Data();
-    d.DataIsCsv = true;
-    d.AuxMin = 0.165f;
-    d.AuxMax = 2.675f;
-    d.AuxMean = 1.1f;
-    const DataList list(true);
-    EXPECT_TRUE(list.Line(5).endsWith(QStringLiteral(" 0.16 ") + ResString(46) + QStringLiteral(" 2.68 ") +
-                                      ResString(47) + QStringLiteral(" 1.10 ")));
-    EXPECT_TRUE(list.Line(8).endsWith(QStringLiteral("    0.16    3.46    0.30    0.16")));
-}

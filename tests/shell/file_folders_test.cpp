@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 #include <QDir>
-#include <QStandardPaths>
 
 using namespace fm;
 

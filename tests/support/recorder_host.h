@@ -26,25 +26,22 @@ public:
     std::deque<bool> answers;
     bool defaultAnswer = false;
     std::vector<Box> boxes;
-    QStringList panelTexts;
     QStringList waitTexts;
     std::map<int, bool> enabled;
-    std::map<int, int> values;
     int waitShown = 0, waitHidden = 0, recentChanged = 0, infoUpdates = 0, warningsChanged = 0,
         warningsShown = 0;
     double dateAnswer = 0;
     int dateAsked = 0;
     int battImage = 0;
-    int commImage = 0;  // the link's status picture and text, as last set
-    QString commText;
+    QString commText;                         // the link's status text, as last set
     std::vector<std::pair<int, int>> shares;  // received, total
 
     bool MessBox(const QString &text, const QString &title, int icon, int mode) override;
     bool SystemBox(const QString &text, const QString &title, SystemBoxKind kind) override;
-    void SetPanelText(const QString &text) override { panelTexts << text; }
+    void SetPanelText(const QString &) override {}
     void SetButtonEnabled(int button, bool on) override { enabled[button] = on; }
     bool ButtonEnabled(int button) const override;
-    void SetButtonValue(int button, int value) override { values[button] = value; }
+    void SetButtonValue(int, int) override {}
     void UpdateInfo() override { ++infoUpdates; }
     void WarningsChanged() override { ++warningsChanged; }
     void ShowWarnings() override { ++warningsShown; }
@@ -59,10 +56,7 @@ public:
         ++dateAsked;
         return dateAnswer;
     }
-    void SetCommStatus(int image, const QString &text) override {
-        commImage = image;
-        commText = text;
-    }
+    void SetCommStatus(int, const QString &text) override { commText = text; }
     void SetBattImage(int image) override { battImage = image; }
     // Events run, as the application's would, so that waits for the link end.
     void DoEvents() override { QCoreApplication::processEvents(QEventLoop::AllEvents, 20); }

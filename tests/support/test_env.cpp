@@ -36,6 +36,11 @@ Fresh::~Fresh() {
     SetWritableDir(QString());
 }
 
+QString Fresh::Write(const QString &name, const QByteArray &bytes) const {
+    WriteBytes(Path(name), bytes);
+    return Path(name);
+}
+
 ScopedLocale::ScopedLocale(const QString &name) : previous_(QLocale()) {
     QLocale::setDefault(QLocale(name));
     RegionalChanged();

@@ -20,6 +20,8 @@ public:
     explicit Fresh(int language = 1);
     ~Fresh();
     QString Path(const QString &name) const { return dir_.filePath(name); }
+    // Writes `bytes` to `name` in the folder and gives its path.
+    QString Write(const QString &name, const QByteArray &bytes) const;
     const QTemporaryDir &Dir() const { return dir_; }
 
 private:

@@ -66,6 +66,19 @@ const std::vector<Command> &Commands() {
          "the page the print button gives (a chart, or the data list by time), as an A4 PDF",
          {Opt("kind", "time, stats, rf or list", "time|stats|rf|list"),
           Opt("landscape", "landscape pages (portrait without it)"), Opt("o", "the PDF to write", "OUT")}},
+        {"report",
+         "FILE -o OUT.pdf [--site TEXT] [--notes TEXT] [--reference REF]...",
+         "the exposure report (figures, 24-hour medians, verdicts against reference values, charts) as an "
+         "A4 PDF; the threshold is --threshold or the options'",
+         {Opt("o", "the PDF to write", "OUT"), Opt("site", "the site, printed at the top", "TEXT"),
+          Opt("notes", "notes printed under the site", "TEXT"),
+          Opt("reference",
+              "a value to judge against, repeatable, in the order printed: it-quality (3 µT), it-attention "
+              "(10 µT), it-limit (100 µT), eu-1999 (100 µT), icnirp-public (200 µT), icnirp-workers (1000 µT); "
+              "or one of your own as NAME=VALUE in µT, judged on the highest 24-hour median, or "
+              "NAME=VALUE:maximum, judged on the maximum (e.g. \"Scuola=2.5\", \"Cabina=50:maximum\"). "
+              "Without any: all six built-in ones",
+              "REF")}},
         {"recover",
          "FILE",
          "count the complete lines of a real-time log left open by a crash or a power cut, and close it so "

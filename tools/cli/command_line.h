@@ -17,6 +17,8 @@ struct CommandLine {
     bool version = false;
     QString Value(const char *name) const { return parser->value(QLatin1String(name)); }
     bool IsSet(const char *name) const { return parser->isSet(QLatin1String(name)); }
+    // Every value of an option that may repeat, in order.
+    QStringList Values(const char *name) const { return parser->values(QLatin1String(name)); }
 };
 CommandLine ReadCommandLine(const QStringList &args);
 // The help of a command, or of the whole program for an empty one.

@@ -23,6 +23,10 @@ struct ChartLimits {
 int Chart(const QString &in, const QString &kind, const ChartLimits &limits, const QString &out);
 // The printed pages of a chart ("time", "stats", "rf") or of the data list ("list"), as a PDF.
 int Print(const QString &in, const QString &kind, bool landscape, const QString &out);
+// The exposure report as an A4 PDF; `references` as the command line gives them (all the
+// built-in ones when empty).
+int Report(const QString &in, const QString &out, const QString &site, const QString &notes,
+           const QStringList &references);
 int Status(const QString &port, bool json);
 int ReadCodes(const QString &port, bool json);
 int WriteCodes(const QString &port, const QString &shortId, const QString &longId);

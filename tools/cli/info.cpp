@@ -1,9 +1,11 @@
+#include "analysis/exposure.h"
 #include "analysis/warnings.h"
 #include "commands.h"
 #include "core/data_set.h"
 #include "core/file_access.h"
 #include "core/host.h"
 #include "core/language.h"
+#include "core/options.h"
 #include "core/regional.h"
 #include "files/log_file.h"
 #include "files/table_export.h"
@@ -45,6 +47,48 @@ void PrintPanel() {
         Print((w.level >= 3 ? QStringLiteral("[!] ") : QStringLiteral("[i] ")) + w.text);
 }
 
+QJsonValue Figure(const std::optional<double> &v) {
+    return v ? QJsonValue(*v) : QJsonValue(QJsonValue::Null);
+}
+
+// The figures of the assessment, judged against every built-in reference.
+QJsonObject ExposureJson() {
+    const ExposureFigures f = ComputeExposure(Data(), Options().Soglia);
+    QJsonArray periods;
+    for (const DailyPeriod &p : f.periods)
+        periods.append(QJsonObject{{"start", IsoDate(p.start)},
+                                   {"median", Figure(p.median)},
+                                   {"valid", p.valid},
+                                   {"coverage", p.coverage},
+                                   {"complete", p.complete},
+                                   {"partial", p.partial}});
+    QJsonArray hourly;
+    for (const auto &h : f.hourlyMean) hourly.append(Figure(h));
+    QJsonArray references;
+    for (const ExposureReference &r : BuiltInReferences())
+        references.append(QJsonObject{{"name", r.name},
+                                      {"id", r.id},
+                                      {"value", r.value},
+                                      {"basis", BasisId(r.basis)},
+                                      {"verdict", VerdictId(Judge(f, r).verdict)}});
+    return QJsonObject{
+        {"Median24h", periods},
+        {"Median24hMax", Figure(f.highestMedian)},
+        {"P50", Figure(f.p50)},
+        {"P90", Figure(f.p90)},
+        {"P95", Figure(f.p95)},
+        {"P99", Figure(f.p99)},
+        {"Maximum", Figure(f.maximum)},
+        {"TimeWeightedMean", Figure(f.mean)},
+        {"Threshold", Widen(f.threshold)},
+        {"SecondsAboveThreshold", f.aboveSeconds},
+        {"ShareAboveThreshold", f.abovePercent / 100},
+        {"LongestAboveSeconds", f.longestRunSeconds},
+        {"HourlyMean", hourly},
+        {"References", references},
+    };
+}
+
 void PrintJson() {
     const MeasurementData &d = Data();
     QJsonArray warnings;
@@ -67,6 +111,7 @@ void PrintJson() {
         {"DataMedian", d.DataMedian},
         {"MedianPos", d.MedianPos},
         {"warnings", warnings},
+        {"exposure", ExposureJson()},
     };
     if (d.DataIsCsv) {
         o.insert(QStringLiteral("DataIsCsv"), true);

@@ -71,6 +71,10 @@ int Run(const cli::CommandLine &cl) {
             return usage("--kind takes time, stats, rf or list");
         return cli::Print(rest[0], kind, cl.IsSet("landscape"), cl.Value("o"));
     }
+    if (is("report")) {
+        if (rest.size() != 1 || cl.Value("o").isEmpty()) return usage("report takes FILE and -o OUT.pdf");
+        return cli::Report(rest[0], cl.Value("o"), cl.Value("site"), cl.Value("notes"), cl.Values("reference"));
+    }
     if (is("recover")) {
         if (rest.size() != 1) return usage("recover takes one file");
         return cli::Recover(rest[0]);
@@ -108,7 +112,9 @@ int main(int argc, char **argv) {
     std::signal(SIGXFSZ, SIG_IGN);
     // Charts are drawn by widgets, off any screen: no display is needed.
     const bool charts =
-        std::any_of(argv + 1, argv + argc, [](const char *a) { return std::strcmp(a, "chart") == 0 || std::strcmp(a, "print") == 0; });
+        std::any_of(argv + 1, argv + argc, [](const char *a) {
+            return std::strcmp(a, "chart") == 0 || std::strcmp(a, "print") == 0 || std::strcmp(a, "report") == 0;
+        });
     if (charts && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     std::unique_ptr<QCoreApplication> app =
         charts ? std::make_unique<QApplication>(argc, argv) : std::make_unique<QCoreApplication>(argc, argv);

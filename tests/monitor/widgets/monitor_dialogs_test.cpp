@@ -57,7 +57,6 @@ private slots:
         fresh_ = new test::Fresh(1);
         host_ = new test::RecorderHost;
         host_->defaultAnswer = true;
-        SetWritableDir(fresh_->Dir().path());
         sim_ = new test::Simulator(fresh_->Dir().path(), {QStringLiteral("--fast")});
         QVERIFY(!sim_->device.isEmpty());
         InstallLinkHandlers();

@@ -8,10 +8,12 @@
 #include "core/data_set.h"
 #include "core/language.h"
 #include "core/options.h"
+#include "printing/widgets/exposure_report.h"
 #include "printing/widgets/print_chart.h"
 #include "printing/widgets/print_job.h"
 #include "printing/widgets/printer_page.h"
 #include "shell/widgets/frm_main.h"
+#include "shell/widgets/frm_message_box.h"
 #include "shell/widgets/frm_source.h"
 #include "shell/widgets/main_entry.h"
 #include "shell/widgets/source_view.h"
@@ -94,7 +96,7 @@ void AnswerPrintDialog(const Choice &c, int *previewPages) {
         printers->setCurrentIndex(printers->count() - 1);
         auto *file = dialog->findChild<QLineEdit *>(QStringLiteral("filename"));
         // The file offered is named after the log and what prints.
-        QVERIFY2(QRegularExpression(QStringLiteral("/day-(TE|ST|list)\\.pdf$")).match(file->text()).hasMatch(),
+        QVERIFY2(QRegularExpression(QStringLiteral("/day-(TE|ST|list|exposure)\\.pdf$")).match(file->text()).hasMatch(),
                  qPrintable(file->text()));
         file->selectAll();
         QTest::keyClicks(file, c.pdf);
@@ -296,6 +298,33 @@ private slots:
         const QString pdf = QDir(out).filePath(pdfs.first());
         QVERIFY(PdfInfo(pdf).contains(QStringLiteral("Ghostscript")));  // made by the backend, not by us
         QVERIFY(PdfText(pdf).contains(ResString(4083) + QStringLiteral(" ID - Cabina")));
+    }
+
+    // The exposure report takes the road of every print: the dialog offers "day-exposure.pdf",
+    // the preview shows its pages, and its PDF holds them. Without a measurement, a message.
+    void theExposureReportTakesThePrintRoad() {
+        ExposureChoice choice{QStringLiteral("Via Roma 12"), QString(), {*FindReference(u"it-quality")}};
+        const QString pdf = Pdf("exposure.pdf");
+        int pages = -1;
+        AnswerPrintDialog({pdf}, &pages);
+        PrintExposureReport(choice);
+        QVERIFY(pages >= 2);
+        QVERIFY(PdfInfo(pdf).contains(QStringLiteral("Pages:           %1").arg(pages)));
+        QVERIFY(PdfInfo(pdf).contains(QStringLiteral("595 x 842 pts (A4)")));
+        const QString text = PdfText(pdf);
+        QVERIFY2(text.contains(ResString(4440)), qPrintable(text));
+        QVERIFY(text.contains(QStringLiteral("Via Roma 12")));
+        QVERIFY(text.contains(ResString(4433).arg(pages).arg(pages)));
+
+        Data().DataPresent = false;
+        QString said;
+        test::WhenModal([&](QWidget *w) {
+            if (auto *box = qobject_cast<frmMessageBox *>(w)) said = box->lblMessage->text();
+            w->close();
+        });
+        PrintExposureReport(choice);
+        Data().DataPresent = true;
+        QCOMPARE(said, ResString(4468));
     }
 
     // A title wider than the page prints smaller; the lines after it at their own size.
