@@ -1,5 +1,6 @@
 #include "charts/widgets/exposure_view.h"
 
+#include "analysis/exposure_text.h"
 #include "core/language.h"
 #include "core/options.h"
 #include "core/regional.h"
@@ -11,14 +12,6 @@
 #include <cmath>
 
 namespace fm {
-QString DurationText(double seconds) {
-    const int64_t s = std::llround(std::max(0.0, seconds));
-    if (s < 60) return FormatNumber(double(s), u"0") + QStringLiteral(" s");
-    const int64_t minutes = s / 60 % 60, hours = s / 3600;
-    const QString m = FormatNumber(double(minutes), hours ? u"00" : u"0") + QStringLiteral(" min");
-    return hours ? FormatNumber(double(hours), u"0") + QStringLiteral(" h ") + m : m;
-}
-
 QString DateTimeText(double date) {
     return ShortDate(date) + QLatin1Char(' ') + LongTime(date);
 }
@@ -27,19 +20,8 @@ QString FieldText(const std::optional<double> &value) {
     return value ? FormatNumber(*value, u"#0.00") + QStringLiteral(" µT") : QStringLiteral("---");
 }
 
-QString ReferenceName(const ExposureReference &reference) {
-    const auto refs = BuiltInReferences();
-    for (size_t k = 0; k < refs.size(); ++k)
-        if (refs[k].id == reference.id) return ResString(4483 + int(k));
-    return reference.name;
-}
-
-QString BasisText(ExposureBasis basis) {
-    return ResString(basis == ExposureBasis::DailyMedian ? 4489 : 4011);
-}
-
 QString VerdictText(const ReferenceVerdict &v, const ExposureFigures &figures) {
-    QString text = ResString(v.verdict == Verdict::Met ? 4490 : v.verdict == Verdict::Exceeded ? 4491 : 4492);
+    QString text = ExposureVerdictText(v.verdict);
     if (!v.figure) return text;
     text += QStringLiteral(": ") + FieldText(v.figure);
     if (v.period >= 0 && size_t(v.period) < figures.periods.size())

@@ -9,15 +9,10 @@ class QCustomPlot;
 class QTableWidget;
 
 namespace fm {
-// "2 h 05 min", "40 s": hours beyond a day stay hours, as a stretch is read.
-QString DurationText(double seconds);
 // A date with its time even at midnight: the start of a stretch, not a day.
 QString DateTimeText(double date);
 // A figure in µT with two decimals, or "---" without one.
 QString FieldText(const std::optional<double> &value);
-// The built-in reference's name in the language on show.
-QString ReferenceName(const ExposureReference &reference);
-QString BasisText(ExposureBasis basis);
 // "exceeded: 12.30 µT (from 14/10/2026 08:00:00)".
 QString VerdictText(const ReferenceVerdict &verdict, const ExposureFigures &figures);
 

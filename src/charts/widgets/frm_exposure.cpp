@@ -1,5 +1,6 @@
 #include "charts/widgets/frm_exposure.h"
 
+#include "analysis/exposure_text.h"
 #include "charts/widgets/exposure_view.h"
 #include "core/data_set.h"
 #include "core/fault.h"
@@ -92,17 +93,28 @@ frmExposure *frmExposure::Current() {
 
 frmExposure::frmExposure(QWidget *parent) : QWidget(parent) {
     setObjectName(QStringLiteral("frmExposure"));
+    auto *content = new QWidget;
     QWidget *figures = FiguresPanel();
-    auto *scroll = new PanelScroll(this);
+    auto *scroll = new PanelScroll(content);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setWidgetResizable(true);
     scroll->setWidget(ReferencesPanel());
     scroll->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
-    auto *lay = new QHBoxLayout(this);
+    auto *lay = new QHBoxLayout(content);
     lay->setContentsMargins(4, 4, 4, 4);
     lay->addWidget(figures, 1);
     lay->addWidget(scroll);
+    // Tiled small beside the other views, the window scrolls to its controls instead of
+    // standing over its neighbours.
+    auto *outer = new QScrollArea(this);
+    outer->setObjectName(QStringLiteral("scrExposure"));
+    outer->setFrameShape(QFrame::NoFrame);
+    outer->setWidgetResizable(true);
+    outer->setWidget(content);
+    auto *top = new QVBoxLayout(this);
+    top->setContentsMargins(0, 0, 0, 0);
+    top->addWidget(outer);
     SetUpForm(this);
 
     saved_ = ReadExposurePrefs();
@@ -163,7 +175,7 @@ QWidget *frmExposure::FiguresPanel() {
     add(ResString(4477), lblHighest);
     add(QStringLiteral("P50 / P90 / P95 / P99"), lblPercentiles);
     add(ResString(4011), lblMaximum);
-    add(ResString(4478), lblMean);
+    add(ResString(4448), lblMean);
     lblAboveCaption = add(QString(), lblAbove);
     add(ResString(4480), lblLongest);
     grid->setColumnStretch(1, 1);
@@ -212,11 +224,11 @@ QWidget *frmExposure::ReferencesPanel() {
     grid->setVerticalSpacing(1);
     int row = 0;
     for (const ExposureReference &r : BuiltInReferences()) {
-        ReferenceRow line{new QCheckBox(ReferenceName(r), group), VerdictLabel(group)};
+        ReferenceRow line{new QCheckBox(ExposureReferenceName(r), group), VerdictLabel(group)};
         line.check->setObjectName(QStringLiteral("chk-") + r.id);
         auto *value = new QLabel(FormatNumber(r.value, u"0.##") + QStringLiteral(" µT"), group);
         value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        auto *basis = new QLabel(BasisText(r.basis), group);
+        auto *basis = new QLabel(ExposureBasisText(r.basis), group);
         basis->setAlignment(Qt::AlignRight | Qt::AlignTop);
         basis->setStyleSheet(QStringLiteral("color:#5f6b76"));
         grid->addWidget(line.check, row, 0);
@@ -235,7 +247,7 @@ QWidget *frmExposure::ReferencesPanel() {
                                12);
     txtOwnValue->installEventFilter(this);
     cboOwnBasis = new QComboBox(group);
-    cboOwnBasis->addItems({BasisText(ExposureBasis::DailyMedian), BasisText(ExposureBasis::Maximum)});
+    cboOwnBasis->addItems({ExposureBasisText(ExposureBasis::DailyMedian), ExposureBasisText(ExposureBasis::Maximum)});
     auto *own = new QHBoxLayout;
     own->addWidget(chkOwn);
     own->addWidget(txtOwnName, 1);
@@ -254,9 +266,9 @@ QWidget *frmExposure::ReferencesPanel() {
     txtNotes = new QPlainTextEdit(panel);
     txtNotes->setTabChangesFocus(true);
     txtNotes->setFixedHeight(txtNotes->fontMetrics().lineSpacing() * 3 + 12);
-    report->addWidget(new QLabel(ResString(4494), panel), 0, 0);
+    report->addWidget(new QLabel(ResString(4441), panel), 0, 0);
     report->addWidget(txtSite, 0, 1);
-    report->addWidget(new QLabel(ResString(4495), panel), 1, 0, Qt::AlignTop);
+    report->addWidget(new QLabel(ResString(4442), panel), 1, 0, Qt::AlignTop);
     report->addWidget(txtNotes, 1, 1);
     btnReport = new QPushButton(ResString(4496), panel);
     btnPrint = new QPushButton(ResString(4431) + QStringLiteral("..."), panel);
@@ -333,10 +345,10 @@ void frmExposure::ShowFigures() {
     // Without a fixed step there are no times, only the share of the samples.
     const QString share = FormatNumber(f.abovePercent, u"0.0") + QStringLiteral(" %");
     lblAbove->setText(f.stepSeconds > 0
-                          ? DurationText(f.aboveSeconds) + QStringLiteral(" (") + share + QLatin1Char(')')
+                          ? ExposureDuration(f.aboveSeconds) + QStringLiteral(" (") + share + QLatin1Char(')')
                           : share);
     lblLongest->setText(f.longestRunStart && f.stepSeconds > 0
-                            ? DurationText(f.longestRunSeconds) + QStringLiteral(", ") +
+                            ? ExposureDuration(f.longestRunSeconds) + QStringLiteral(", ") +
                                   ResString(4499).arg(DateTimeText(*f.longestRunStart))
                             : QStringLiteral("---"));
     FillPeriods(grdPeriods, f);

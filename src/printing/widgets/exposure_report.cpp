@@ -1,5 +1,6 @@
 #include "printing/widgets/exposure_report.h"
 
+#include "analysis/exposure_text.h"
 #include "analysis/warnings.h"
 #include "charts/widgets/chart_control.h"
 #include "charts/widgets/chart_window.h"
@@ -44,37 +45,10 @@ QString Tesla(const std::optional<double> &v) {
 QString ReferenceValue(double v) {
     return FormatNumber(v, u"0.##") + QStringLiteral(" µT");
 }
-// "2 h 05 min 30 s": SI symbols read alike in both languages; hours run past a day.
-QString Duration(double seconds) {
-    const int64_t s = std::llround(std::max(0.0, seconds));
-    const int64_t h = s / 3600, m = s / 60 % 60, r = s % 60;
-    if (h > 0) return QStringLiteral("%1 h %2 min %3 s").arg(h).arg(m, 2, 10, QLatin1Char('0')).arg(r, 2, 10, QLatin1Char('0'));
-    if (m > 0) return QStringLiteral("%1 min %2 s").arg(m).arg(r, 2, 10, QLatin1Char('0'));
-    return QStringLiteral("%1 s").arg(r);
-}
 QStringList Parts(int id) {
     return ResString(id).split(QLatin1Char('|'));
 }
 
-}  // namespace
-
-QString ExposureReferenceName(const ExposureReference &reference) {
-    const auto builtIn = BuiltInReferences();
-    const QStringList names = Parts(4469);
-    for (size_t k = 0; k < builtIn.size(); ++k)
-        if (builtIn[k].id == reference.id && qsizetype(k) < names.size()) return names[qsizetype(k)];
-    return reference.name;
-}
-
-QString ExposureBasisText(ExposureBasis basis) {
-    return ResString(basis == ExposureBasis::DailyMedian ? 4461 : 4462);
-}
-
-QString ExposureVerdictText(Verdict verdict) {
-    return ResString(verdict == Verdict::Met ? 4463 : verdict == Verdict::Exceeded ? 4464 : 4458);
-}
-
-namespace {
 // What a report shows, worked out once: the figures, the verdicts and the charts. The pages
 // are laid out anew on each device that draws them (the preview draws more than once).
 class ExposureReport {
@@ -527,10 +501,10 @@ void ExposureReport::Draw(PrinterPage &page) const {
         const QString pk = ResString(4447);
         QString above = NoFigure(), longest = NoFigure();
         if (f_.stepSeconds > 0) {
-            above = ResString(4451).arg(Duration(f_.aboveSeconds), FormatNumber(f_.abovePercent, u"0.0"));
+            above = ResString(4451).arg(ExposureDuration(f_.aboveSeconds), FormatNumber(f_.abovePercent, u"0.0"));
             longest = f_.longestRunStart
-                          ? ResString(4453).arg(Duration(f_.longestRunSeconds), GeneralDate(*f_.longestRunStart))
-                          : Duration(0);
+                          ? ResString(4453).arg(ExposureDuration(f_.longestRunSeconds), GeneralDate(*f_.longestRunStart))
+                          : ExposureDuration(0);
         }
         QString highest = Tesla(f_.highestMedian);
         if (f_.highestMedian && f_.highestMedianPeriod >= 0)

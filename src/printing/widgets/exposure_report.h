@@ -18,9 +18,4 @@ void PrintExposureReport(const ExposureChoice &choice);
 // The report as an A4 PDF file, written by the safe writer. Faults reach the caller.
 void WriteExposureReport(const QString &pdf, const ExposureChoice &choice);
 
-// The words the report prints, in the current language: a built-in reference's name (a
-// reference of the user's keeps its own), the basis, the verdict.
-QString ExposureReferenceName(const ExposureReference &reference);
-QString ExposureBasisText(ExposureBasis basis);
-QString ExposureVerdictText(Verdict verdict);
 }  // namespace fm

@@ -114,9 +114,9 @@ private slots:
         QCOMPARE(f->lblHighest->text(), QStringLiteral("4.00 µT") + From(14, 8));
         QCOMPARE(f->lblMaximum->text(), QStringLiteral("12.00 µT"));
         QCOMPARE(f->lblAboveCaption->text(), QStringLiteral("Above the threshold of 10 µT"));
-        QCOMPARE(f->lblAbove->text(), QStringLiteral("4 h 00 min (11.4 %)"));  // 24 of 210 samples
+        QCOMPARE(f->lblAbove->text(), QStringLiteral("4 h 00 min 00 s (11.4 %)"));  // 24 of 210 samples
         QCOMPARE(f->lblLongest->text(),
-                 QStringLiteral("4 h 00 min, from ") + DateTimeText(DateFromParts(2026, 10, 14, 12)));
+                 QStringLiteral("4 h 00 min 00 s, from ") + DateTimeText(DateFromParts(2026, 10, 14, 12)));
         QCOMPARE(f->grdPeriods->rowCount(), 2);
         QCOMPARE(f->grdPeriods->item(0, 1)->text(), QStringLiteral("4.00"));
         QCOMPARE(f->grdPeriods->item(0, 3)->text(), QStringLiteral("95.8 %"));
@@ -147,7 +147,7 @@ private slots:
         QCOMPARE(f->lblOwnVerdict->text(), QStringLiteral("exceeded: 12.00 µT"));
         f->cboOwnBasis->setFocus();
         QTest::keyClick(f->cboOwnBasis, Qt::Key_Up);
-        QCOMPARE(f->cboOwnBasis->currentText(), QStringLiteral("24-h median"));
+        QCOMPARE(f->cboOwnBasis->currentText(), QStringLiteral("24-hour median"));
         QCOMPARE(f->lblOwnVerdict->text(), QStringLiteral("exceeded: 4.00 µT") + From(14, 8));
         QTest::keyClicks(f->txtOwnName, QStringLiteral("Client limit"));
         QTest::keyClicks(f->txtSite, QStringLiteral("Via Roma 1"));
@@ -198,7 +198,7 @@ private slots:
         });
         m->tbrToolbar_ButtonClick(17);
         QCOMPARE(f->lblAboveCaption->text(), QStringLiteral("Above the threshold of 3 µT"));
-        QCOMPARE(f->lblAbove->text(), QStringLiteral("23 h 00 min (65.7 %)"));  // 138 of 210
+        QCOMPARE(f->lblAbove->text(), QStringLiteral("23 h 00 min 00 s (65.7 %)"));  // 138 of 210
 
         // A second load builds it anew on the new data.
         QPointer<frmExposure> old = f;
