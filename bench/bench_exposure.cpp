@@ -8,29 +8,14 @@
 #include "core/regional.h"
 
 #include <benchmark/benchmark.h>
-#include <cmath>
-#include <random>
 
 namespace {
 constexpr int32_t kSamples = 10000000;
 
-// The field of the year log: slow daily swing, noise, a burst every 100,000 samples and
-// a sample without data every 50,000; two decimals, as the loader rounds them.
 const fm::MeasurementData &Year() {
     static const fm::MeasurementData d = [] {
         fm::MeasurementData m;
-        m.DataCount = kSamples;
-        m.DataStart = fm::DateFromParts(2025, 12, 30, 20);
-        m.DataStep = 3;
-        m.DataStepUnit = QStringLiteral("s");
-        m.DataValue.assign(size_t(kSamples) + 1, 0.0);
-        std::mt19937 rng(540);
-        std::normal_distribution<double> noise(0, 0.02);
-        for (int32_t i = 1; i <= kSamples; ++i) {
-            const double base = 0.3 + 0.25 * std::sin(i / 8640.0 * 6.283) + (i % 100000 < 500 ? 3.0 : 0.0);
-            m.DataValue[size_t(i)] =
-                i % 50000 == 7 ? -1.0 : std::round(std::fabs(base + noise(rng)) * 100) / 100;
-        }
+        bench::FillLineField(m, kSamples, fm::DateFromParts(2025, 12, 30, 20));
         return m;
     }();
     return d;
@@ -38,8 +23,7 @@ const fm::MeasurementData &Year() {
 }  // namespace
 
 static void BM_Exposure_Year(benchmark::State &state) {
-    fm::QuietHost host;
-    fm::SetHost(&host);
+    bench::Quiet quiet;
     const fm::MeasurementData &d = Year();
     const long before = bench::PeakRssMb();
     for (auto _ : state) {
@@ -49,6 +33,5 @@ static void BM_Exposure_Year(benchmark::State &state) {
     }
     state.counters["peak_rss_MB"] = double(bench::PeakRssMb());
     state.counters["rss_before_MB"] = double(before);
-    fm::SetHost(nullptr);
 }
 BENCHMARK(BM_Exposure_Year)->Unit(benchmark::kMillisecond)->Iterations(5);

@@ -14,30 +14,15 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
-#include <cmath>
-#include <random>
 
 namespace {
-// A daily swing with noise, a burst every 100,000 samples and a sample without data every
-// 50,000, two decimals as the loader rounds them.
 void MakeMonth(int32_t n) {
     fm::InitVariabili();
     fm::MeasurementData &d = fm::Data();
     d = fm::MeasurementData{};
     d.DataPresent = true;
-    d.DataCount = n;
-    d.DataStep = 3;
-    d.DataStepUnit = QStringLiteral("s");
-    d.DataStart = fm::DateFromParts(2026, 3, 1, 0);
     d.SizeArrays(n);
-    std::mt19937 rng(540);
-    std::normal_distribution<double> noise(0, 0.02);
-    for (int32_t i = 1; i <= n; ++i) {
-        const double base = 0.3 + 0.25 * std::sin(i / 28800.0 * 6.283) + (i % 100000 < 500 ? 3.0 : 0.0);
-        const double v = i % 50000 == 7 ? -1.0 : std::round(std::fabs(base + noise(rng)) * 100) / 100;
-        d.DataX[size_t(i)] = d.DataY[size_t(i)] = d.DataZ[size_t(i)] = float(v / std::sqrt(3.0));
-        d.DataValue[size_t(i)] = v;
-    }
+    bench::FillLineField(d, n, fm::DateFromParts(2026, 3, 1, 0));
     d.DataEnd = d.SampleDate(n);
     fm::CalculateStats(QStringLiteral("Data"));
 }

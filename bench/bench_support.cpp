@@ -43,6 +43,23 @@ void WriteLog(const QString &path, int32_t samples, int stepSeconds) {
     f.write(chunk);
 }
 
+void FillLineField(fm::MeasurementData &d, int32_t n, double start) {
+    d.DataCount = n;
+    d.DataStart = start;
+    d.DataStep = 3;
+    d.DataStepUnit = QStringLiteral("s");
+    if (d.DataValue.size() < size_t(n) + 1) d.DataValue.assign(size_t(n) + 1, 0.0);
+    const bool axes = d.DataX.size() > size_t(n);
+    std::mt19937 rng(540);
+    std::normal_distribution<double> noise(0, 0.02);
+    for (int32_t i = 1; i <= n; ++i) {
+        const double base = 0.3 + 0.25 * std::sin(i / 28800.0 * 6.283) + (i % 100000 < 500 ? 3.0 : 0.0);
+        const double v = i % 50000 == 7 ? -1.0 : std::round(std::fabs(base + noise(rng)) * 100) / 100;
+        d.DataValue[size_t(i)] = v;
+        if (axes) d.DataX[size_t(i)] = d.DataY[size_t(i)] = d.DataZ[size_t(i)] = float(v / std::sqrt(3.0));
+    }
+}
+
 void MakeDataSet(int32_t n) {
     fm::InitVariabili();
     fm::MeasurementData &d = fm::Data();

@@ -24,7 +24,6 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiSubWindow>
@@ -245,7 +244,7 @@ QWidget *frmExposure::ReferencesPanel() {
     txtOwnValue->setAlignment(Qt::AlignRight);
     txtOwnValue->setFixedWidth(txtOwnValue->fontMetrics().horizontalAdvance(QStringLiteral("00000.000")) +
                                12);
-    txtOwnValue->installEventFilter(this);
+    InstallNumberKeys(txtOwnValue);
     cboOwnBasis = new QComboBox(group);
     cboOwnBasis->addItems({ExposureBasisText(ExposureBasis::DailyMedian), ExposureBasisText(ExposureBasis::Maximum)});
     auto *own = new QHBoxLayout;
@@ -304,21 +303,6 @@ void frmExposure::closeEvent(QCloseEvent *e) {
 void frmExposure::showEvent(QShowEvent *e) {
     setWindowTitle(ViewCaption(4470));
     QWidget::showEvent(e);
-}
-
-bool frmExposure::eventFilter(QObject *watched, QEvent *event) {
-    if (watched == txtOwnValue && event->type() == QEvent::KeyPress) {
-        switch (FilterNumberKey(*static_cast<QKeyEvent *>(event))) {
-            case NumberKey::Pass:
-                return false;
-            case NumberKey::Drop:
-                return true;
-            case NumberKey::Point:
-                txtOwnValue->insert(QStringLiteral("."));
-                return true;
-        }
-    }
-    return QWidget::eventFilter(watched, event);
 }
 
 void frmExposure::Recompute() {

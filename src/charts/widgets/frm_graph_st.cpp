@@ -22,7 +22,6 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
@@ -74,7 +73,8 @@ frmGraphSt::frmGraphSt(QWidget *parent) : QWidget(parent) {
     for (int k = 0; k < 2; ++k) {
         QLineEdit *box = k == 0 ? txtMinValue : txtMaxValue;
         auto &upd = k == 0 ? updMin : updMax;
-        box->installEventFilter(this);
+        InstallNumberKeys(box);
+        box->installEventFilter(this);  // the limits on leaving the box
         upd[0] = SpinButton(panel, Qt::UpArrow);
         upd[1] = SpinButton(panel, Qt::DownArrow);
         auto *spin = new QVBoxLayout;
@@ -136,17 +136,6 @@ void frmGraphSt::closeEvent(QCloseEvent *e) {
 bool frmGraphSt::eventFilter(QObject *watched, QEvent *event) {
     auto *box = qobject_cast<QLineEdit *>(watched);
     if (!box || (box != txtMinValue && box != txtMaxValue)) return QWidget::eventFilter(watched, event);
-    if (event->type() == QEvent::KeyPress) {
-        switch (FilterNumberKey(*static_cast<QKeyEvent *>(event))) {
-            case NumberKey::Pass:
-                return false;
-            case NumberKey::Drop:
-                return true;
-            case NumberKey::Point:
-                box->insert(QStringLiteral("."));
-                return true;
-        }
-    }
     if (event->type() == QEvent::FocusOut) {
         const double v = BoxValue(box);
         // Each box tests its nearer bound first.

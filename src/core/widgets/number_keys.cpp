@@ -1,6 +1,7 @@
 #include "core/widgets/number_keys.h"
 
 #include <QKeyEvent>
+#include <QLineEdit>
 
 namespace fm {
 NumberKey FilterNumberKey(const QKeyEvent &key) {
@@ -14,5 +15,29 @@ NumberKey FilterNumberKey(const QKeyEvent &key) {
     const QChar c = text.at(0);
     if (c == QLatin1Char(',') || c == QLatin1Char('.')) return NumberKey::Point;
     return c >= QLatin1Char('0') && c <= QLatin1Char('9') ? NumberKey::Pass : NumberKey::Drop;
+}
+
+namespace {
+class NumberKeys : public QObject {
+public:
+    using QObject::QObject;
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        if (event->type() != QEvent::KeyPress) return false;
+        switch (FilterNumberKey(*static_cast<QKeyEvent *>(event))) {
+            case NumberKey::Pass:
+                return false;
+            case NumberKey::Drop:
+                return true;
+            case NumberKey::Point:
+                static_cast<QLineEdit *>(watched)->insert(QStringLiteral("."));
+                return true;
+        }
+        return false;
+    }
+};
+}  // namespace
+
+void InstallNumberKeys(QLineEdit *box) {
+    box->installEventFilter(new NumberKeys(box));
 }
 }  // namespace fm

@@ -2,6 +2,7 @@
 // The key filter of the boxes that take a plain decimal number (statistics limits,
 // custom threshold).
 class QKeyEvent;
+class QLineEdit;
 
 namespace fm {
 enum class NumberKey {
@@ -15,4 +16,6 @@ enum class NumberKey {
 // Delete, Backspace, the arrows, Home and End, selection and Ctrl shortcuts edit the
 // box as in any other.
 NumberKey FilterNumberKey(const QKeyEvent &key);
+// Filters the keys typed into `box` as above, for as long as it lives.
+void InstallNumberKeys(QLineEdit *box);
 }  // namespace fm

@@ -15,7 +15,6 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -90,7 +89,7 @@ frmSettings::frmSettings(QWidget *parent) : QDialog(parent) {
     }
     txtSoglia = new QLineEdit(thresholds);
     txtSoglia->setObjectName(QStringLiteral("txtSoglia"));
-    txtSoglia->installEventFilter(this);
+    InstallNumberKeys(txtSoglia);
     connect(txtSoglia, &QLineEdit::editingFinished, this, &frmSettings::LeaveSoglia);
     t->addWidget(txtSoglia, 4, 1);
     t->addWidget(new QLabel(QStringLiteral("(µT)"), thresholds), 4, 2);
@@ -173,21 +172,6 @@ void frmSettings::LeaveSoglia() {
     const double v = Val(txtSoglia->text());
     if (v < 0) txtSoglia->setText(QStringLiteral("0"));
     else if (v > 200) txtSoglia->setText(QStringLiteral("200"));
-}
-
-bool frmSettings::eventFilter(QObject *watched, QEvent *event) {
-    if (watched == txtSoglia && event->type() == QEvent::KeyPress) {
-        switch (FilterNumberKey(*static_cast<QKeyEvent *>(event))) {
-            case NumberKey::Pass:
-                return false;
-            case NumberKey::Drop:
-                return true;
-            case NumberKey::Point:
-                txtSoglia->insert(QStringLiteral("."));
-                return true;
-        }
-    }
-    return QDialog::eventFilter(watched, event);
 }
 
 void frmSettings::btnOk_Click() {

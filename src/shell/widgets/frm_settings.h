@@ -30,9 +30,6 @@ public:
     // The custom threshold as the field corrects it on leaving: 0 to 200.
     void LeaveSoglia();
 
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 private:
     void ShowColor(int i);
 };
